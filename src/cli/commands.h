@@ -2,12 +2,24 @@
 // The subcommands of halvane-cli.
 
 #include <iosfwd>
+#include <memory>
+#include <optional>
+#include <string>
 
+#include "authoring/program_file.h"
+#include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
 
 namespace halvane::cli {
 
 // `config`: the shared state as read at start-up, one Name=Value line each.
 void printConfig(const SharedState& state, std::ostream& out);
+
+// Loads a Program file as Open does, into `state` and `grid`.
+std::optional<ProgramFileError> loadProgram(const std::string& path, SharedState& state,
+                                            std::unique_ptr<ProgramGrid>& grid);
+
+// `grid`: a line of the Program's shape, then every grid row from row 0, cells as text@BBGGRR.
+void printGrid(const SharedState& state, const ProgramGrid& grid, std::ostream& out);
 
 }  // namespace halvane::cli

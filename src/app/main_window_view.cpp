@@ -1,0 +1,163 @@
+#include "main_window_view.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QIcon>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "authoring/main_window.h"
+#include "grid_table_model.h"
+#include "platform/twips.h"
+#include "program_table_view.h"
+
+// The pictures are linked in from a static library: register them before the first use.
+static void initResources() { Q_INIT_RESOURCE(halvane); }
+
+namespace halvane::app {
+
+MainWindowView::MainWindowView(Form1& model, QWidget* parent) : QMainWindow(parent), m_model(model) {
+    initResources();
+    setObjectName("Form1");
+    setWindowIcon(QIcon(":/halvane.svg"));
+    auto* central = new QWidget(this);
+    setCentralWidget(central);
+    m_table = new ProgramTableView(central);
+    m_table->hide();
+    buildMenu();
+    m_model.Load();
+    applyPlacement();
+    refresh();
+}
+
+void MainWindowView::buildMenu() {
+    std::map<std::string, QMenu*> menus;
+    for (const MenuItem& item : m_model.menu()) {
+        const bool hasChildren = std::any_of(m_model.menu().begin(), m_model.menu().end(),
+                                             [&](const MenuItem& i) { return i.parent == item.name; });
+        const QString caption = QString::fromStdString(item.caption);
+        QAction* action = nullptr;
+        if (item.parent.empty() && hasChildren) {
+            QMenu* menu = item.name == "Popup_Menu" ? new QMenu(caption, this) : menuBar()->addMenu(caption);
+            menu->setObjectName(QString::fromStdString(item.name));
+            if (item.name == "Popup_Menu") m_popup = menu;
+            menus[item.name] = menu;
+            action = menu->menuAction();
+        } else {
+            QMenu* parentMenu = item.parent.empty() ? nullptr : menus.at(item.parent);
+            if (item.caption == "-") {
+                action = parentMenu->addSeparator();
+            } else {
+                action = parentMenu ? parentMenu->addAction(caption) : menuBar()->addAction(caption);
+                if (!item.shortcut.empty()) action->setShortcut(QKeySequence(QString::fromStdString(item.shortcut)));
+                const std::string name = item.name;
+                connect(action, &QAction::triggered, this, [this, name] { runCommand(name); });
+            }
+        }
+        action->setObjectName(QString::fromStdString(item.name));
+        m_actions[item.name] = action;
+    }
+}
+
+QAction* MainWindowView::action(const std::string& item) const {
+    auto it = m_actions.find(item);
+    return it == m_actions.end() ? nullptr : it->second;
+}
+
+void MainWindowView::runCommand(const std::string& item) {
+    m_model.run(item);
+    refresh();
+    switch (m_model.ending()) {
+        case Form1::Ending::Unload: close(); break;
+        case Form1::Ending::Now:
+            // Ends at once, past the closing events.
+            m_closing = true;
+            hide();
+            QCoreApplication::exit(0);
+            break;
+        case Form1::Ending::None: break;
+    }
+}
+
+void MainWindowView::refresh() {
+    setWindowTitle(QString::fromStdString(m_model.Caption()));
+    for (const MenuItem& item : m_model.menu()) {
+        QAction* a = m_actions.at(item.name);
+        a->setEnabled(item.enabled);
+        a->setVisible(item.visible);
+    }
+    if (m_model.gridGeneration() != m_shownGeneration) {
+        m_shownGeneration = m_model.gridGeneration();
+        m_table->gridModel()->setGrid(m_model.grid());
+    } else {
+        m_table->gridModel()->cellsChanged();
+    }
+    m_table->reload();
+    placeGrid();
+}
+
+void MainWindowView::placeGrid() {
+    const ProgramGrid* grid = m_model.grid();
+    if (!grid || !grid->Visible) {
+        m_table->hide();
+        return;
+    }
+    m_table->setGeometry(0, 0, toPixels(grid->Width), toPixels(grid->Height));
+    m_table->show();
+}
+
+void MainWindowView::applyPlacement() {
+    const WindowPlacement& p = m_model.placement();
+    const QSize extra = frameGeometry().size() - geometry().size();
+    move(toPixels(p.Left), toPixels(p.Top));
+    resize(toPixels(p.Width) - extra.width(), toPixels(p.Height) - extra.height());
+}
+
+void MainWindowView::storeGeometry() {
+    const QRect frame = frameGeometry();
+    m_model.placement().Left = toTwips(frame.x());
+    m_model.placement().Top = toTwips(frame.y());
+    m_model.Resize(toTwips(frame.width()), toTwips(frame.height()));
+}
+
+void MainWindowView::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (isMinimized()) return;
+    storeGeometry();
+    placeGrid();
+}
+
+void MainWindowView::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    if (!isMinimized() && !isMaximized()) {
+        m_model.placement().Left = toTwips(frameGeometry().x());
+        m_model.placement().Top = toTwips(frameGeometry().y());
+    }
+}
+
+void MainWindowView::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        m_model.placement().WindowState = isMinimized() ? 1 : isMaximized() ? 2 : 0;
+}
+
+void MainWindowView::closeEvent(QCloseEvent* event) {
+    if (m_closing) {
+        event->accept();
+        return;
+    }
+    if (!m_model.QueryUnload()) {
+        refresh();
+        event->ignore();
+        return;
+    }
+    m_model.Unload();
+    m_closing = true;
+    event->accept();
+    // Closing the main window ends the program, whatever other window is open.
+    QCoreApplication::exit(0);
+}
+
+}  // namespace halvane::app

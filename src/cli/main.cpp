@@ -1,0 +1,72 @@
+// halvane-cli: the console's file and device work for scripts, on the same core as the windows.
+
+#include <cstring>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "authoring/program_file.h"
+#include "authoring/startup.h"
+#include "cli/commands.h"
+
+using namespace halvane;
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: halvane-cli [--config FILE] COMMAND [ARGS]\n"
+    "commands:\n"
+    "  config                  the settings read from hvn.cfg, one Name=Value per line\n"
+    "  grid PROGRAM.hvn        the Program grid, one row per line, cells as text@colour\n"
+    "  resave IN.hvn OUT.hvn   read a Program and write it again\n";
+
+int usage() {
+    std::cerr << kUsage;
+    return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    std::optional<std::filesystem::path> configOverride;
+    if (args.size() >= 2 && args[0] == "--config") {
+        configOverride = args[1];
+        args.erase(args.begin(), args.begin() + 2);
+    }
+    if (args.empty()) return usage();
+    if (args[0] == "--help" || args[0] == "-h") {
+        std::cout << kUsage;
+        return 0;
+    }
+
+    SharedState state;
+    const auto configFile = locateConfig(executableDir(), userConfigDir(), configOverride);
+    const auto report = readStartup(configFile, state);
+    for (const auto& line : report.badKeys) std::cerr << configFile.string() << ": " << line << '\n';
+
+    const std::string& command = args[0];
+    if (command == "config" && args.size() == 1) {
+        cli::printConfig(state, std::cout);
+        return 0;
+    }
+    if ((command == "grid" && args.size() == 2) || (command == "resave" && args.size() == 3)) {
+        std::unique_ptr<ProgramGrid> grid;
+        if (const auto error = cli::loadProgram(args[1], state, grid)) {
+            std::cerr << error->message() << '\n';
+            return 1;
+        }
+        if (command == "grid") {
+            cli::printGrid(state, *grid, std::cout);
+            return std::cout.flush() ? 0 : 1;
+        }
+        state.FilePath = args[2];
+        if (const auto error = writeProgramFile(state, *grid)) {
+            std::cerr << error->message() << '\n';
+            return 1;
+        }
+        return 0;
+    }
+    return usage();
+}

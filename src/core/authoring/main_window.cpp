@@ -1,0 +1,345 @@
+#include "authoring/main_window.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "authoring/about_box.h"
+#include "authoring/grid_setup.h"
+#include "authoring/program_file.h"
+#include "authoring/program_setup.h"
+#include "fault.h"
+
+namespace halvane {
+
+namespace {
+
+std::vector<MenuItem> designMenu() {
+    return {
+        {"M_File", "", "&File", "", true, true},
+        {"M_New", "M_File", "&New", "Ctrl+N", true, true},
+        {"M_Open", "M_File", "&Open", "Ctrl+O", true, true},
+        {"M_Close", "M_File", "&Close", "", true, true},
+        {"bar1", "M_File", "-", "", true, true},
+        {"M_Save_As", "M_File", "Save &As", "", true, true},
+        {"M_Save", "M_File", "&Save", "Ctrl+S", true, true},
+        {"bar2", "M_File", "-", "", true, true},
+        {"M_Exit", "M_File", "&Exit", "", true, true},
+        {"M_Time", "", "&Add Time", "", false, true},
+        {"M_LiveMode", "", "&Live Mode", "", true, true},
+        {"M_Run", "", "&Run", "", false, true},
+        {"M_Target", "", "&Transmitter", "", true, true},
+        {"M_Send", "M_Target", "Send", "", false, true},
+        {"M_Download", "M_Target", "Download", "", true, true},
+        {"M_HitScores", "", "&Hit Scores", "", true, true},
+        {"M_Config", "", "&Config", "", true, true},
+        {"M_LM_SETUP", "M_Config", "LM Setup", "", true, true},
+        {"M_TargetSetup", "M_Config", "Setup", "", true, true},
+        {"M_ComPort", "M_Config", "Com Port", "", true, true},
+        {"M_Ethernet", "M_Config", "Wi-Fi Setup", "", true, true},
+        {"M_RadioSetup", "M_Config", "Radio Setup", "", true, true},
+        {"M_Help", "", "&Help", "", true, true},
+        {"M_Manual", "M_Help", "&Manual", "", true, true},
+        {"M_About", "M_Help", "&About", "", true, true},
+        {"Popup_Menu", "", "Popup", "", true, false},
+        {"M_Face", "Popup_Menu", "Face Time", "", true, true},
+        {"M_Pause", "Popup_Menu", "Insert Pause", "", true, true},
+    };
+}
+
+constexpr const char* kSavePrompt = "File is Changed do you want to save?";
+constexpr const char* kProgramFilter = "Halvane(*.hvn)|*.hvn";
+constexpr const char* kPromptFilter = "All Files (*.*)|*.*|Halvane(*.hvn)|*.hvn";
+constexpr const char* kLoadedCaption = "LM47 Programer - ";
+
+}  // namespace
+
+Form1::Form1(SharedState& state, Operator& op, PositionStore& positions, ManualLocations manuals)
+    : m_state(state),
+      m_operator(op),
+      m_positions(positions),
+      m_manuals(std::move(manuals)),
+      m_menu(designMenu()),
+      m_caption(kAppTitle) {
+    m_placement.Left = 1200;
+    m_placement.Top = 900;
+    m_placement.Width = 15000;
+    m_placement.Height = 10500;
+}
+
+MenuItem& Form1::menuItem(std::string_view name) {
+    for (auto& item : m_menu)
+        if (item.name == name) return item;
+    throw std::logic_error("no menu item " + std::string(name));
+}
+
+const MenuItem& Form1::item(std::string_view name) const { return const_cast<Form1*>(this)->menuItem(name); }
+
+void Form1::Load() {
+    Tag = "Main Form";
+    m_placement.Tag = Tag;
+    RestoreWindowPos(m_placement, m_positions);
+    m_state.GridLoaded = false;
+    m_state.NumSeconds = 30;
+    m_state.FilePath.clear();
+    applyVisibility(false);
+}
+
+void Form1::applyVisibility(bool afterSetup) {
+    const SharedState& s = m_state;
+    auto& live = menuItem("M_LiveMode");
+    live.visible = s.RadioUSB || s.TypeNXBox || s.TypeVMR4000 || s.RadioWiFi;
+    if (!s.RadioUSB && !s.RadioWiFi) live.visible = true;
+    if (afterSetup) {
+        menuItem("M_Target").visible = s.RadioLMC;
+        menuItem("M_HitScores").visible = s.RadioLMC;
+        menuItem("M_HitScores").visible = s.TypeLMSeries;
+        menuItem("M_Ethernet").visible = s.RadioWiFi;
+        if (s.RadioWiFi) menuItem("M_Ethernet").enabled = true;
+    } else {
+        menuItem("M_Target").visible = s.RadioLMC;
+        menuItem("M_HitScores").visible = s.TypeLMSeries;
+        menuItem("M_Ethernet").visible = s.RadioWiFi;
+        menuItem("M_Ethernet").enabled = s.RadioWiFi;
+    }
+    menuItem("M_LM_SETUP").visible = s.TypeLMSeries && (s.RadioUSB || s.RadioWiFi);
+    menuItem("M_ComPort").visible = s.RadioUSB || s.RadioLMC;
+}
+
+void Form1::Resize(double widthTwips, double heightTwips) {
+    m_placement.Width = widthTwips;
+    m_placement.Height = heightTwips;
+    if (heightTwips > kGridHeightMargin && widthTwips > kGridWidthMargin && m_state.GridLoaded && m_grid) fitGrid();
+}
+
+void Form1::fitGrid() {
+    m_grid->Height = static_cast<int>(m_placement.Height) - kGridHeightMargin;
+    m_grid->Width = static_cast<int>(m_placement.Width) - kGridWidthMargin;
+}
+
+bool Form1::QueryUnload() {
+    // Closing the window never drops a changed Program without the question that Exit asks.
+    if (m_state.FileChanged) {
+        const Answer answer = askSaveChanges();
+        if (answer == Answer::Cancel) return false;
+        if (answer == Answer::Yes && saveFromPrompt() != SaveOutcome::Saved) return false;
+    }
+    Tag = "Main Form";
+    m_placement.Tag = Tag;
+    SaveWindowPos(m_placement, m_positions);
+    return true;
+}
+
+void Form1::Unload() { m_ending = Ending::Now; }
+
+void Form1::run(std::string_view name) {
+    if (name == "M_New") M_New();
+    else if (name == "M_Open") M_Open();
+    else if (name == "M_Close") M_Close();
+    else if (name == "M_Save") M_Save();
+    else if (name == "M_Save_As") M_Save_As();
+    else if (name == "M_Exit") M_Exit();
+    else if (name == "M_Time") M_Time();
+    else if (name == "M_Manual") M_Manual();
+    else if (name == "M_About") M_About();
+}
+
+void Form1::setProgramMenusEnabled(bool enabled) {
+    menuItem("M_Run").enabled = enabled;
+    menuItem("M_Send").enabled = enabled;
+    menuItem("M_Time").enabled = enabled;
+}
+
+void Form1::ClearSelectionRows() {
+    for (int n = 1; n <= SharedState::kMaxTargets; ++n) m_state.SelRow[static_cast<std::size_t>(n)] = 0;
+}
+
+ProgramGrid& Form1::createGrid() {
+    m_grid = std::make_unique<ProgramGrid>();
+    m_state.GridLoaded = true;
+    fitGrid();
+    ++m_gridGeneration;
+    return *m_grid;
+}
+
+void Form1::destroyGrid() {
+    m_grid.reset();
+    m_state.GridLoaded = false;
+    ++m_gridGeneration;
+}
+
+Answer Form1::askSaveChanges() { return m_operator.ask(kSavePrompt, kAppTitle, Buttons::YesNoCancel); }
+
+// Yes at the question of New, Close, Exit and the close box: always the dialog, FileTitle untouched.
+Form1::SaveOutcome Form1::saveFromPrompt() {
+    const auto chosen = m_operator.chooseSaveFile({kPromptFilter, 2});
+    if (!chosen) return SaveOutcome::Cancelled;
+    m_state.FilePath = chosen->fileName;
+    return SaveProgram() ? SaveOutcome::Saved : SaveOutcome::Failed;
+}
+
+Form1::SaveOutcome Form1::saveWithDialog(bool alwaysAsk) {
+    if (!m_state.GridLoaded || !m_grid) {
+        m_operator.tell("There is no Program to save.", kAppTitle);
+        return SaveOutcome::Failed;
+    }
+    if (alwaysAsk || m_state.FilePath.empty()) {
+        const auto chosen = m_operator.chooseSaveFile({kProgramFilter, 1});
+        if (!chosen) return SaveOutcome::Cancelled;
+        m_state.FilePath = chosen->fileName;
+        m_state.FileTitle = chosen->fileTitle;
+    }
+    return SaveProgram() ? SaveOutcome::Saved : SaveOutcome::Failed;
+}
+
+bool Form1::SaveProgram() {
+    if (!m_state.GridLoaded || !m_grid) {
+        m_operator.tell("There is no Program to save.", kAppTitle);
+        return false;
+    }
+    m_mousePointer = 13;
+    m_operator.setBusy(true);
+    const auto error = writeProgramFile(m_state, *m_grid);
+    m_mousePointer = 0;
+    m_operator.setBusy(false);
+    if (error) {
+        m_operator.tell(error->message(), kAppTitle);
+        return false;
+    }
+    m_state.FileChanged = false;
+    m_caption = kLoadedCaption + m_state.FileTitle;
+    return true;
+}
+
+void Form1::LoadProgram() {
+    ProgramLoadHost host;
+    host.enableProgramMenus = [this] { setProgramMenusEnabled(true); };
+    host.recreateGrid = [this]() -> ProgramGrid& {
+        if (m_state.GridLoaded) destroyGrid();
+        ProgramGrid& grid = createGrid();
+        SetupGrid(grid, m_state);
+        grid.Visible = true;
+        return grid;
+    };
+    m_mousePointer = 13;
+    m_operator.setBusy(true);
+    const auto error = readProgramFile(m_state, host);
+    m_mousePointer = 0;
+    m_operator.setBusy(false);
+    ++m_gridGeneration;
+    if (error) {
+        m_operator.tell(error->message(), kAppTitle);
+        return;
+    }
+    m_caption = kLoadedCaption + m_state.FileTitle;
+}
+
+void Form1::M_New() {
+    if (m_state.FileChanged) {
+        const Answer answer = askSaveChanges();
+        if (answer == Answer::Cancel) return;
+        if (answer == Answer::Yes && saveFromPrompt() != SaveOutcome::Saved) return;
+    }
+    NewProgram();
+}
+
+void Form1::NewProgram() {
+    m_caption = "LM47 Programer ";
+    m_state.FileChanged = false;
+    if (m_state.GridLoaded) destroyGrid();
+    ClearSelectionRows();
+    m_state.FilePath.clear();
+    showProgramSetup();
+}
+
+void Form1::M_Time() { showProgramSetup(); }
+
+void Form1::showProgramSetup() {
+    Settings dialog(m_state.NumSeconds, m_operator);
+    m_operator.showModal(dialog);
+    const auto seconds = dialog.result();
+    if (!seconds) return;
+    m_state.NumSeconds = *seconds;
+    const bool created = !m_state.GridLoaded || !m_grid;
+    if (created) createGrid();
+    fitGrid();
+    try {
+        SetupGrid(*m_grid, m_state);
+    } catch (const Fault& fault) {
+        m_operator.tell(fault.what(), kAppTitle);
+        if (created) destroyGrid();
+        return;
+    }
+    m_grid->Visible = true;
+    ++m_gridGeneration;
+    setProgramMenusEnabled(true);
+}
+
+void Form1::M_Open() {
+    if (m_state.FileChanged) {
+        const Answer answer = askSaveChanges();
+        if (answer == Answer::Cancel) return;
+        // A Save cancelled in its dialog lets Open go on; one that failed keeps the Program here.
+        if (answer == Answer::Yes && saveWithDialog(false) == SaveOutcome::Failed) return;
+    }
+    const auto chosen = m_operator.chooseOpenFile({kProgramFilter, 1});
+    if (!chosen) return;
+    m_state.FilePath = chosen->fileName;
+    m_state.FileTitle = chosen->fileTitle;
+    LoadProgram();
+}
+
+void Form1::M_Save() { saveWithDialog(false); }
+
+void Form1::M_Save_As() { saveWithDialog(true); }
+
+void Form1::M_Close() {
+    if (!m_state.FileChanged) {
+        if (!m_state.GridLoaded) return;
+        setProgramMenusEnabled(false);
+        destroyGrid();
+    } else {
+        const Answer answer = askSaveChanges();
+        if (answer == Answer::Cancel) return;
+        if (answer == Answer::No) {
+            if (!m_state.GridLoaded) return;
+            destroyGrid();
+            setProgramMenusEnabled(false);
+            m_state.FileChanged = false;
+            return;
+        }
+        if (saveFromPrompt() != SaveOutcome::Saved) return;
+        setProgramMenusEnabled(false);
+        destroyGrid();
+    }
+    m_state.FileChanged = false;
+    m_state.NumSeconds = 30;
+    m_state.FilePath.clear();
+}
+
+void Form1::M_Exit() {
+    if (!m_state.FileChanged) {
+        m_ending = Ending::Unload;
+        return;
+    }
+    const Answer answer = askSaveChanges();
+    if (answer == Answer::Cancel) return;
+    if (answer == Answer::Yes && saveFromPrompt() != SaveOutcome::Saved) return;
+    // Ends at once: the window position is not stored on this path.
+    m_ending = Ending::Now;
+}
+
+void Form1::M_Manual() {
+    std::error_code ec;
+    for (const auto& candidate : m_manuals.candidates)
+        if (std::filesystem::is_regular_file(candidate, ec)) {
+            m_operator.openDocument(candidate);
+            return;
+        }
+}
+
+void Form1::M_About() {
+    AboutBox box;
+    m_operator.showModal(box);
+}
+
+}  // namespace halvane

@@ -1,0 +1,103 @@
+#pragma once
+// Form1, the main window: its menus and their rules, the Program grid it holds, and the File commands.
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "authoring/menu_item.h"
+#include "authoring/operator.h"
+#include "authoring/program_grid.h"
+#include "authoring/shared_state.h"
+#include "authoring/window_position.h"
+
+namespace halvane {
+
+// Where the window finds the operator's manual: the first of these files that exists is opened.
+struct ManualLocations {
+    std::vector<std::string> candidates;
+};
+
+class Form1 {
+public:
+    Form1(SharedState& state, Operator& op, PositionStore& positions, ManualLocations manuals = {});
+
+    // What the process does after a command.
+    enum class Ending { None, Unload, Now };
+
+    // Events of the window.
+    void Load();
+    void Resize(double widthTwips, double heightTwips);
+    // Runs before the window closes; false keeps it open (only when the operator cancels a save).
+    bool QueryUnload();
+    void Unload();
+
+    // Menu commands by item name ("M_New"); items whose windows do not exist yet do nothing.
+    void run(std::string_view item);
+    void M_New();
+    void M_Open();
+    void M_Close();
+    void M_Save();
+    void M_Save_As();
+    void M_Exit();
+    void M_Time();
+    void M_Manual();
+    void M_About();
+
+    // The visibility rules of the menu; `afterSetup` selects the variant run after the Setup dialog.
+    void applyVisibility(bool afterSetup);
+
+    // What the view shows.
+    const std::string& Caption() const { return m_caption; }
+    const std::vector<MenuItem>& menu() const { return m_menu; }
+    const MenuItem& item(std::string_view name) const;
+    ProgramGrid* grid() { return m_grid.get(); }
+    const ProgramGrid* grid() const { return m_grid.get(); }
+    WindowPlacement& placement() { return m_placement; }
+    int MousePointer() const { return m_mousePointer; }
+    Ending ending() const { return m_ending; }
+    // Counts every change of the grid's shape or contents, so a view knows when to read it again.
+    unsigned gridGeneration() const { return m_gridGeneration; }
+
+    // Public members other windows use.
+    bool ClickedBefore = false;
+    std::int16_t ProgramNumber = 0;
+    std::string Tag;
+
+    // Shared with the editing and setup windows.
+    void LoadProgram();
+    bool SaveProgram();
+    void ClearSelectionRows();
+    void setProgramMenusEnabled(bool enabled);
+    SharedState& state() { return m_state; }
+
+    static constexpr int kGridHeightMargin = 780;
+    static constexpr int kGridWidthMargin = 110;
+
+private:
+    enum class SaveOutcome { Saved, Cancelled, Failed };
+    MenuItem& menuItem(std::string_view name);
+    Answer askSaveChanges();
+    SaveOutcome saveFromPrompt();
+    SaveOutcome saveWithDialog(bool alwaysAsk);
+    void NewProgram();
+    void showProgramSetup();
+    ProgramGrid& createGrid();
+    void destroyGrid();
+    void fitGrid();
+
+    SharedState& m_state;
+    Operator& m_operator;
+    PositionStore& m_positions;
+    ManualLocations m_manuals;
+    std::vector<MenuItem> m_menu;
+    std::unique_ptr<ProgramGrid> m_grid;
+    WindowPlacement m_placement;
+    std::string m_caption;
+    int m_mousePointer = 0;
+    Ending m_ending = Ending::None;
+    unsigned m_gridGeneration = 0;
+};
+
+}  // namespace halvane

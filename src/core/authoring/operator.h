@@ -1,0 +1,46 @@
+#pragma once
+// How the console reaches the person at the keyboard: messages, questions, file dialogs, dialogs.
+
+#include <optional>
+#include <string>
+
+namespace halvane {
+
+class Settings;
+class AboutBox;
+
+enum class Answer { Ok, Yes, No, Cancel };
+enum class Buttons { Ok, YesNo, YesNoCancel };
+
+// A file dialog as the console sets it up. `filter` is "Description|pattern|Description|pattern";
+// `filterIndex` counts from 1.
+struct FileDialogSetup {
+    std::string filter;
+    int filterIndex = 1;
+};
+
+// What a file dialog gives back: the full name and the name without its folder.
+struct ChosenFile {
+    std::string fileName;
+    std::string fileTitle;
+};
+
+class Operator {
+public:
+    virtual ~Operator() = default;
+    // A message box with one OK button.
+    virtual void tell(const std::string& text, const std::string& title) = 0;
+    virtual Answer ask(const std::string& text, const std::string& title, Buttons buttons) = 0;
+    // Nothing when the operator cancels the dialog.
+    virtual std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) = 0;
+    virtual std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup& setup) = 0;
+    // Opens a document with the desktop's own program for it.
+    virtual void openDocument(const std::string& path) = 0;
+    // Modal dialogs: each returns when the dialog has closed.
+    virtual void showModal(Settings& dialog) = 0;
+    virtual void showModal(AboutBox& dialog) = 0;
+    // Long file work is under way (the hourglass pointer); nothing to do by default.
+    virtual void setBusy(bool /*busy*/) {}
+};
+
+}  // namespace halvane

@@ -1,0 +1,110 @@
+// The main window's view offscreen: the menu bar as the model says, the Program table, the close box.
+
+#include <QAction>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QtTest>
+
+#include "../core/scripted_operator.h"
+#include "authoring/main_window.h"
+#include "grid_table_model.h"
+#include "main_window_view.h"
+#include "platform/twips.h"
+#include "program_setup_dialog.h"
+#include "program_table_view.h"
+
+using namespace halvane;
+using halvane::testing::MemoryPositionStore;
+using halvane::testing::ScriptedOperator;
+
+class MainWindowViewTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void menuBarFollowsTheModel() {
+        SharedState state;
+        state.RadioLMC = true;
+        ScriptedOperator op;
+        MemoryPositionStore store;
+        Form1 form(state, op, store);
+        app::MainWindowView view(form);
+        QStringList shown;
+        for (QAction* a : view.menuBar()->actions())
+            if (a->isVisible()) shown << a->text();
+        QCOMPARE(shown, (QStringList{"&File", "&Add Time", "&Live Mode", "&Run", "&Transmitter", "&Config", "&Help"}));
+        QCOMPARE(view.action("M_New")->shortcut(), QKeySequence("Ctrl+N"));
+        QVERIFY(!view.action("M_Time")->isEnabled());
+        QVERIFY(!view.action("M_HitScores")->isVisible());
+        QCOMPARE(view.windowTitle(), QString("Halvane"));
+    }
+
+    void openShowsTheProgramWithColoursAndMergedPauseRow() {
+        SharedState state;
+        ScriptedOperator op;
+        MemoryPositionStore store;
+        Form1 form(state, op, store);
+        app::MainWindowView view(form);
+        view.resize(900, 600);
+        op.files = {ChosenFile{HALVANE_TEST_DATA "/mixed.hvn", "mixed.hvn"}};
+        view.runCommand("M_Open");
+
+        auto* table = view.table();
+        QVERIFY(table->isVisibleTo(&view));
+        auto* model = table->gridModel();
+        QCOMPARE(model->rowCount(), 5);
+        QCOMPARE(model->columnCount(), 3);
+        QCOMPARE(model->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QString("Target # 1"));
+        QCOMPARE(model->headerData(4, Qt::Vertical, Qt::DisplayRole).toString(), QString("4"));
+        QCOMPARE(table->cornerText(), QString("Seconds"));
+        QCOMPARE(model->index(0, 0).data(Qt::BackgroundRole).value<QColor>(), QColor(255, 0, 0));
+        QCOMPARE(model->index(0, 1).data(Qt::BackgroundRole).value<QColor>(), QColor(0, 255, 0));
+        QCOMPARE(model->index(1, 1).data(Qt::ForegroundRole).value<QColor>(), QColor(255, 255, 255));
+        QCOMPARE(table->columnSpan(1, 0), 3);
+        QCOMPARE(table->columnSpan(0, 0), 1);
+        QCOMPARE(table->horizontalHeader()->sectionSize(0), app::toPixels(1000));
+        QCOMPARE(view.windowTitle(), QString("LM47 Programer - mixed.hvn"));
+        QVERIFY(view.action("M_Run")->isEnabled());
+        QCOMPARE(table->height(), app::toPixels(form.grid()->Height));
+
+        view.runCommand("M_Close");
+        QVERIFY(!table->isVisibleTo(&view));
+        QCOMPARE(model->rowCount(), 0);
+    }
+
+    void closeBoxWithChangesAsksAndCancelKeepsTheWindow() {
+        SharedState state;
+        ScriptedOperator op;
+        MemoryPositionStore store;
+        Form1 form(state, op, store);
+        app::MainWindowView view(form);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        state.FileChanged = true;
+        op.answers = {Answer::Cancel};
+        QVERIFY(!view.close());
+        QVERIFY(view.isVisible());
+        QCOMPARE(op.log.back(), std::string("ask: Halvane: File is Changed do you want to save?"));
+        op.answers = {Answer::No};
+        QVERIFY(view.close());
+        QVERIFY(!store.entries.empty());
+    }
+
+    void programSetupDialogDrivesItsModel() {
+        ScriptedOperator op;
+        Settings model(30, op);
+        app::ProgramSetupDialog dialog(model);
+        auto* text = dialog.findChild<QLineEdit*>("Text1");
+        QCOMPARE(text->text(), QString("30"));
+        QTest::mouseClick(dialog.findChild<QPushButton*>("CmdPlus_L"), Qt::LeftButton);
+        QCOMPARE(text->text(), QString("31"));
+        text->setText("45");
+        QTest::mouseClick(dialog.findChild<QPushButton*>("OKButton"), Qt::LeftButton);
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(model.result().value_or(0), 45);
+    }
+};
+
+QTEST_MAIN(MainWindowViewTest)
+#include "main_window_view_test.moc"

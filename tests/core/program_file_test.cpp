@@ -1,0 +1,206 @@
+// The .hvn file: byte-exact writing, reading back with the words' colours, and what a bad file leaves.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+
+#include "authoring/grid_setup.h"
+#include "authoring/program_file.h"
+#include "cli/commands.h"
+#include "temp_dir.h"
+
+namespace halvane {
+namespace {
+
+using testing::readBytes;
+using testing::TempDir;
+using testing::writeBytes;
+
+const std::string kData = HALVANE_TEST_DATA;
+
+struct Loaded {
+    SharedState state;
+    std::unique_ptr<ProgramGrid> grid;
+    std::optional<ProgramFileError> error;
+    bool menusEnabled = false;
+};
+
+Loaded load(const std::string& path, SharedState state = {}) {
+    Loaded out;
+    out.state = std::move(state);
+    out.state.FilePath = path;
+    ProgramLoadHost host;
+    host.enableProgramMenus = [&] { out.menusEnabled = true; };
+    host.recreateGrid = [&]() -> ProgramGrid& {
+        out.grid = std::make_unique<ProgramGrid>();
+        out.state.GridLoaded = true;
+        SetupGrid(*out.grid, out.state);
+        return *out.grid;
+    };
+    out.error = readProgramFile(out.state, host);
+    return out;
+}
+
+TEST(ProgramFile, WritesTheTargetAndGroupExamplesByteForByte) {
+    TempDir dir;
+    // Target mode, 2 targets, length 3, Friend at second 0 of target 1. The last row is not written.
+    SharedState s;
+    s.NumTargets = 2;
+    s.NumSeconds = 3;
+    ProgramGrid grid;
+    SetupGrid(grid, s);
+    grid.setTextMatrix(1, 1, "Friend");
+    grid.setTextMatrix(4, 2, "Foe");
+    s.FilePath = dir.file("two.hvn");
+    ASSERT_FALSE(writeProgramFile(s, grid));
+    EXPECT_EQ(readBytes(s.FilePath), readBytes(kData + "/two_targets.hvn"));
+
+    // Groups mode: the table follows the targets, the cells follow the groups.
+    SharedState g;
+    g.NumTargets = 3;
+    g.UseGroups = true;
+    g.NumGroups = 2;
+    g.GroupNum[1] = 1;
+    g.GroupNum[2] = 1;
+    g.GroupNum[3] = 2;
+    g.NumSeconds = 1;
+    ProgramGrid groups;
+    SetupGrid(groups, g);
+    groups.setTextMatrix(1, 1, "Foe");
+    groups.setTextMatrix(1, 2, "Down");
+    g.FilePath = dir.file("groups");  // no extension: the name is used as typed
+    ASSERT_FALSE(writeProgramFile(g, groups));
+    EXPECT_EQ(readBytes(dir.file("groups")), readBytes(kData + "/three_targets_two_groups.hvn"));
+}
+
+TEST(ProgramFile, ReadsWordsWithTheirColoursAndPauseRowsMerged) {
+    Loaded l = load(kData + "/mixed.hvn");
+    ASSERT_FALSE(l.error) << l.error->message();
+    EXPECT_TRUE(l.menusEnabled);
+    EXPECT_FALSE(l.state.FileChanged);
+    std::ostringstream dump;
+    cli::printGrid(l.state, *l.grid, dump);
+    EXPECT_EQ(dump.str(), readBytes(kData + "/mixed.grid"));
+    EXPECT_TRUE(l.grid->MergeRow(2));
+    EXPECT_FALSE(l.grid->MergeRow(1));
+    EXPECT_EQ(l.grid->MergeCells, 2);
+    EXPECT_EQ(l.grid->cellForeColor(2, 3), colors::PauseText);
+    EXPECT_EQ(l.grid->cellAlignment(2, 3), align::CenterCenter);
+}
+
+TEST(ProgramFile, ReadingAndWritingAgainGivesTheSameBytes) {
+    TempDir dir;
+    for (const char* name : {"two_targets.hvn", "three_targets_two_groups.hvn", "mixed.hvn"}) {
+        Loaded l = load(kData + "/" + name);
+        ASSERT_FALSE(l.error) << name;
+        l.state.FilePath = dir.file(name);
+        ASSERT_FALSE(writeProgramFile(l.state, *l.grid));
+        EXPECT_EQ(readBytes(dir.file(name)), readBytes(kData + "/" + name)) << name;
+    }
+}
+
+TEST(ProgramFile, TheLastRowIsLostOnSaving) {
+    TempDir dir;
+    Loaded l = load(kData + "/two_targets.hvn");
+    ASSERT_FALSE(l.error);
+    l.grid->setTextMatrix(4, 1, "Edge");
+    l.state.FilePath = dir.file("p.hvn");
+    ASSERT_FALSE(writeProgramFile(l.state, *l.grid));
+    Loaded again = load(dir.file("p.hvn"));
+    EXPECT_EQ(again.grid->TextMatrix(4, 1), "");
+}
+
+TEST(ProgramFile, TheFileDecidesModeAndSizesOverTheConfiguration) {
+    SharedState configured;
+    configured.UseGroups = true;
+    configured.NumGroups = 5;
+    configured.NumTargets = 40;
+    configured.GroupNum[7] = 9;
+    Loaded l = load(kData + "/two_targets.hvn", configured);
+    ASSERT_FALSE(l.error);
+    EXPECT_FALSE(l.state.UseGroups);
+    EXPECT_EQ(l.state.NumTargets, 2);
+    EXPECT_EQ(l.grid->Cols(), 3);
+    EXPECT_EQ(l.state.GroupNum[7], 9) << "a target-mode file leaves the group table alone";
+
+    Loaded g = load(kData + "/three_targets_two_groups.hvn", configured);
+    ASSERT_FALSE(g.error);
+    EXPECT_TRUE(g.state.UseGroups);
+    EXPECT_EQ(g.state.NumGroups, 2);
+    EXPECT_EQ(g.state.GroupNum[3], 2);
+    EXPECT_EQ(g.state.GroupNum[7], 9);
+}
+
+TEST(ProgramFile, ABadFileNamesItsLineAndKeepsWhatWasReadBeforeIt) {
+    struct Case {
+        const char* content;
+        int line;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {"", 1, "ends early"},
+        {"\"Target\",x2\r\n", 1, "not a number"},
+        {"\"Target\",2\r\n\"Groups\",\"0\"\r\n", 3, "ends early"},
+        {"\"Target\",2\r\n\"Groups\",1\r\n1,1\r\n201,1\r\n", 4, "not 0 to 200"},
+        {"\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",40000\r\n", 3, "out of range"},
+        {"\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",32766\r\n", 3, "32765"},
+        {"\"Target\",300\r\n\"Groups\",\"0\"\r\n\"Seconds\",3\r\n", 3, "at most 200"},
+        {"\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",2\r\n\"Foe\"\r\n\"Down\"\r\n\"Edge\"\r\n", 7, "ends early"},
+    };
+    TempDir dir;
+    for (const auto& c : cases) {
+        writeBytes(dir.file("bad.hvn"), c.content);
+        Loaded l = load(dir.file("bad.hvn"));
+        ASSERT_TRUE(l.error) << c.content;
+        EXPECT_EQ(l.error->line, c.line) << c.content;
+        EXPECT_NE(l.error->reason.find(c.reason), std::string::npos) << l.error->reason;
+        EXPECT_NE(l.error->message().find("bad.hvn\" at line " + std::to_string(c.line)), std::string::npos)
+            << l.error->message();
+        EXPECT_TRUE(l.menusEnabled) << "the menus are enabled before anything is read";
+    }
+    // What was read before the failure stays: the sizes and the cells already written.
+    Loaded partial = load(dir.file("bad.hvn"));
+    EXPECT_EQ(partial.state.NumTargets, 2);
+    EXPECT_EQ(partial.state.NumSeconds, 2);
+    ASSERT_TRUE(partial.grid);
+    EXPECT_EQ(partial.grid->TextMatrix(1, 2), "Down");
+    EXPECT_EQ(partial.grid->cellBackColor(2, 1), colors::Edge);
+
+    Loaded missing = load(dir.file("nothing-here.hvn"));
+    ASSERT_TRUE(missing.error);
+    EXPECT_EQ(missing.error->line, 0);
+}
+
+TEST(ProgramFile, ToleratesExtraDataLineEndingsAndBlanksAroundNumbers) {
+    TempDir dir;
+    writeBytes(dir.file("loose.hvn"), "\"Target\", 1 \n\"Groups\",\"0\"\n\"Seconds\",1\n\"Foe\"\n\"x\"\nmore, data\n");
+    Loaded l = load(dir.file("loose.hvn"));
+    ASSERT_FALSE(l.error) << l.error->message();
+    EXPECT_EQ(l.grid->TextMatrix(1, 1), "Foe");
+    EXPECT_EQ(l.state.NumTargets, 1);
+}
+
+TEST(ProgramFile, AFailedSaveLeavesTheOldFileAndReportsWhy) {
+    TempDir dir;
+    Loaded l = load(kData + "/mixed.hvn");
+    ASSERT_FALSE(l.error);
+    // The target is a folder: nothing can be written there.
+    std::filesystem::create_directories(dir.path() / "folder.hvn");
+    l.state.FilePath = dir.file("folder.hvn");
+    const auto error = writeProgramFile(l.state, *l.grid);
+    ASSERT_TRUE(error);
+    EXPECT_NE(error->message().find("folder.hvn"), std::string::npos);
+    EXPECT_TRUE(std::filesystem::is_directory(dir.path() / "folder.hvn"));
+    EXPECT_FALSE(std::filesystem::exists(dir.file("folder.hvn.saving")));
+
+    // A grid whose shape no longer matches the setup (the mode changed under it) is not half written.
+    writeBytes(dir.file("keep.hvn"), "old");
+    l.state.FilePath = dir.file("keep.hvn");
+    l.state.NumTargets = 9;
+    ASSERT_TRUE(writeProgramFile(l.state, *l.grid));
+    EXPECT_EQ(readBytes(dir.file("keep.hvn")), "old");
+}
+
+}  // namespace
+}  // namespace halvane

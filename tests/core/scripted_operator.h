@@ -1,0 +1,98 @@
+#pragma once
+// An operator for tests: answers from a script and records every message and question word for word.
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "authoring/about_box.h"
+#include "authoring/operator.h"
+#include "authoring/program_setup.h"
+#include "authoring/window_position.h"
+
+namespace halvane::testing {
+
+class ScriptedOperator : public Operator {
+public:
+    std::vector<std::string> log;  // "tell: title: text", "ask: title: text", "save dialog: filter|index", ...
+    std::deque<Answer> answers;
+    std::deque<std::optional<ChosenFile>> files;
+    std::deque<std::function<void(Settings&)>> settingsScript;
+    std::vector<std::string> opened;
+
+    void tell(const std::string& text, const std::string& title) override {
+        log.push_back("tell: " + title + ": " + text);
+    }
+    Answer ask(const std::string& text, const std::string& title, Buttons) override {
+        log.push_back("ask: " + title + ": " + text);
+        if (answers.empty()) throw std::logic_error("unexpected question: " + text);
+        const Answer a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+    std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) override {
+        return choose("open dialog: ", setup);
+    }
+    std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup& setup) override {
+        return choose("save dialog: ", setup);
+    }
+    void openDocument(const std::string& path) override { opened.push_back(path); }
+    void showModal(Settings& dialog) override {
+        log.push_back("show: " + std::string(Settings::Caption) + " " + dialog.Text1);
+        if (settingsScript.empty()) throw std::logic_error("unexpected Program Setup dialog");
+        auto step = settingsScript.front();
+        settingsScript.pop_front();
+        step(dialog);
+    }
+    void showModal(AboutBox& dialog) override { log.push_back("show: " + dialog.Caption + " " + dialog.lblVersion); }
+
+    // Scripts for the Program Setup dialog.
+    static std::function<void(Settings&)> typeAndOk(std::string length) {
+        return [length](Settings& d) {
+            d.Text1 = length;
+            d.OKButton();
+        };
+    }
+    static std::function<void(Settings&)> cancel() {
+        return [](Settings& d) { d.CancelButton(); };
+    }
+
+private:
+    std::optional<ChosenFile> choose(const std::string& what, const FileDialogSetup& setup) {
+        log.push_back(what + setup.filter + " #" + std::to_string(setup.filterIndex));
+        if (files.empty()) throw std::logic_error("unexpected file dialog");
+        auto f = files.front();
+        files.pop_front();
+        return f;
+    }
+};
+
+// A position store in memory.
+class MemoryPositionStore : public PositionStore {
+public:
+    struct Entry {
+        std::string app, section, key, value;
+    };
+    std::vector<Entry> entries;
+
+    std::vector<std::pair<std::string, std::string>> GetAllSettings(const std::string& app,
+                                                                   const std::string& section) override {
+        std::vector<std::pair<std::string, std::string>> out;
+        for (const auto& e : entries)
+            if (e.app == app && e.section == section) out.emplace_back(e.key, e.value);
+        return out;
+    }
+    void SaveSetting(const std::string& app, const std::string& section, const std::string& key,
+                     const std::string& value) override {
+        for (auto& e : entries)
+            if (e.app == app && e.section == section && e.key == key) {
+                e.value = value;
+                return;
+            }
+        entries.push_back({app, section, key, value});
+    }
+};
+
+}  // namespace halvane::testing
