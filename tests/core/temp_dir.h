@@ -1,20 +1,22 @@
 #pragma once
-// A fresh folder for one test, removed afterwards.
+// A private folder under the system's temporary folder, removed with everything in it at the end of a test.
 
+#include <unistd.h>
+
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <string>
+#include <string_view>
 
 namespace halvane::testing {
 
 class TempDir {
-public:
+  public:
     TempDir() {
-        std::random_device rd;
-        m_path = std::filesystem::temp_directory_path() / ("halvane-test-" + std::to_string(rd()) + std::to_string(rd()));
-        std::filesystem::create_directories(m_path);
+        std::string pattern = (std::filesystem::temp_directory_path() / "halvane-test-XXXXXX").string();
+        if (::mkdtemp(pattern.data())) m_path = pattern;
     }
     ~TempDir() {
         std::error_code ec;
@@ -25,20 +27,20 @@ public:
     TempDir& operator=(const TempDir&) = delete;
 
     const std::filesystem::path& path() const { return m_path; }
-    std::string file(const std::string& name) const { return (m_path / name).string(); }
+    std::filesystem::path operator/(std::string_view name) const { return m_path / name; }
+    std::string file(std::string_view name) const { return (m_path / name).string(); }
 
-private:
+  private:
     std::filesystem::path m_path;
 };
 
-inline std::string readBytes(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+inline void writeBytes(const std::filesystem::path& file, std::string_view bytes) {
+    std::ofstream(file, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-inline void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
+inline std::string readBytes(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace halvane::testing

@@ -25,4 +25,7 @@ std::string ReadIni(const std::filesystem::path& file, std::string_view section,
 bool WriteIni(const std::filesystem::path& file, std::string_view section, std::string_view key,
               std::string_view value);
 
+// The whole file, for readers that take many keys at once; "" when it is missing or unreadable.
+std::string readProfileFile(const std::filesystem::path& file);
+
 }  // namespace halvane

@@ -2,6 +2,7 @@
 // The start-up reader: hvn.cfg into the shared state, with the defaults of a missing file.
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +25,11 @@ StartupReport readStartup(const std::filesystem::path& configFile, SharedState& 
 std::filesystem::path locateConfig(const std::filesystem::path& exeDir,
                                    const std::filesystem::path& userConfigDir,
                                    const std::optional<std::filesystem::path>& override);
+// The same with the folder-writability test supplied, where ::access cannot tell (it says yes to root).
+std::filesystem::path locateConfig(const std::filesystem::path& exeDir,
+                                   const std::filesystem::path& userConfigDir,
+                                   const std::optional<std::filesystem::path>& override,
+                                   const std::function<bool(const std::filesystem::path&)>& isWritable);
 // The user's configuration folder for the console: $XDG_CONFIG_HOME/halvane, else ~/.config/halvane.
 std::filesystem::path userConfigDir();
 // The folder of the running executable.

@@ -17,12 +17,16 @@ std::string Str(double v);
 
 // The number prefix of a text, as the classic Val does: blanks, tabs and line feeds anywhere are
 // skipped; an optional sign, digits, one decimal point and an exponent (E or D) are taken up to the
-// first other character; "&H" and "&O" prefixes read hexadecimal and octal (4 digits or fewer give a
-// 16-bit signed value, more give a 32-bit one). "" and "abc" give 0, "12ab" gives 12.
+// first other character; "&H" and "&O" prefixes read hexadecimal and octal (a value of 4 hex digits or
+// fewer, leading zeros aside, is 16-bit signed, a larger one 32-bit signed). "" and "abc" give 0,
+// "12ab" gives 12. A decimal beyond the range of a double gives +-DBL_MAX, never infinity; an &H or &O
+// value over 32 bits gives 0.
 double Val(std::string_view s);
 
 // A whole text taken as a number, for places where a text must be a number: blanks around it are
-// allowed, anything else that Val would skip over is not. "" and "12ab" give nothing.
+// allowed, anything else that Val would skip over is not. "" and "12ab" give nothing. As in Val, a
+// decimal beyond the range of a double is clamped to +-DBL_MAX; an &H or &O value over 32 bits
+// (which Val reads as 0) gives nothing.
 std::optional<double> strictNumber(std::string_view s);
 
 // Rounding to an integer, halves to even (2.5 -> 2, 3.5 -> 4, -2.5 -> -2). Nothing when the rounded
