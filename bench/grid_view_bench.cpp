@@ -9,9 +9,9 @@
 #include <memory>
 #include <random>
 
-#include "authoring/grid_setup.h"
 #include "authoring/program_file.h"
 #include "grid_table_model.h"
+#include "largest_program.h"
 #include "program_table_view.h"
 
 using namespace halvane;
@@ -20,28 +20,11 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
 
-    constexpr int kTargets = 200;
-    constexpr int kSeconds = SharedState::kMaxSeconds;
-    const auto path = std::filesystem::temp_directory_path() / "halvane-bench-view.hvn";
-    {
-        std::FILE* f = std::fopen(path.c_str(), "wb");
-        std::fprintf(f, "\"Target\",%d\r\n\"Groups\",\"0\"\r\n\"Seconds\",%d\r\n", kTargets, kSeconds);
-        const char* faces[] = {"\"Friend\"\r\n", "\"Foe\"\r\n", "\"Edge\"\r\n", "\"Down\"\r\n"};
-        for (int r = 1; r <= kSeconds; ++r)
-            for (int c = 1; c <= kTargets; ++c) std::fputs(r % 100 == 0 ? "\"Pause\"\r\n" : faces[(r + c) % 4], f);
-        std::fclose(f);
-    }
+    const auto path = bench::writeLargestProgram("halvane-bench-view.hvn");
     SharedState state;
     state.FilePath = path.string();
     std::unique_ptr<ProgramGrid> grid;
-    ProgramLoadHost host;
-    host.enableProgramMenus = [] {};
-    host.recreateGrid = [&]() -> ProgramGrid& {
-        grid = std::make_unique<ProgramGrid>();
-        SetupGrid(*grid, state);
-        return *grid;
-    };
-    if (readProgramFile(state, host)) return 1;
+    if (readProgramFile(state, standaloneHost(state, grid))) return 1;
 
     app::ProgramTableView view;
     view.resize(1000, 700);
@@ -73,7 +56,7 @@ int main(int argc, char** argv) {
     }
     const double meanMs = timer.nsecsElapsed() / 1e6 / kFrames;
     std::printf("table of %d rows x %d columns (%d Pause rows merged)\n", grid->Rows() - 1, grid->Cols() - 1,
-                kSeconds / 100);
+                bench::kLargestSeconds / 100);
     std::printf("show the Program: %.1f ms\n", showMs);
     std::printf("scroll and paint: %.2f ms a frame on average, %.2f ms at worst (%d frames)\n", meanMs, worst,
                 kFrames);

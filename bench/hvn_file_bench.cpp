@@ -9,29 +9,16 @@
 #include <memory>
 #include <string>
 
-#include "authoring/grid_setup.h"
 #include "authoring/program_file.h"
+#include "largest_program.h"
 
 namespace {
 
 using namespace halvane;
 namespace fs = std::filesystem;
 
-constexpr int kTargets = 200;
-constexpr int kSeconds = SharedState::kMaxSeconds;
-
 const fs::path& largestFile() {
-    static const fs::path path = [] {
-        fs::path p = fs::temp_directory_path() / "halvane-bench-largest.hvn";
-        std::FILE* f = std::fopen(p.c_str(), "wb");
-        std::fprintf(f, "\"Target\",%d\r\n\"Groups\",\"0\"\r\n\"Seconds\",%d\r\n", kTargets, kSeconds);
-        const char* faces[] = {"\"Friend\"\r\n", "\"Foe\"\r\n", "\"Edge\"\r\n", "\"Down\"\r\n"};
-        for (int r = 1; r <= kSeconds; ++r)
-            for (int c = 1; c <= kTargets; ++c)
-                std::fputs(r % 100 == 0 ? "\"Pause\"\r\n" : faces[(r / 3 + c) % 4], f);
-        std::fclose(f);
-        return p;
-    }();
+    static const fs::path path = bench::writeLargestProgram("halvane-bench-largest.hvn");
     return path;
 }
 
@@ -44,14 +31,7 @@ double peakMegabytes() {
 std::unique_ptr<ProgramGrid> load(SharedState& state) {
     std::unique_ptr<ProgramGrid> grid;
     state.FilePath = largestFile().string();
-    ProgramLoadHost host;
-    host.enableProgramMenus = [] {};
-    host.recreateGrid = [&]() -> ProgramGrid& {
-        grid = std::make_unique<ProgramGrid>();
-        SetupGrid(*grid, state);
-        return *grid;
-    };
-    if (readProgramFile(state, host)) std::abort();
+    if (readProgramFile(state, standaloneHost(state, grid))) std::abort();
     return grid;
 }
 

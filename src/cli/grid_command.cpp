@@ -2,7 +2,6 @@
 #include <filesystem>
 #include <ostream>
 
-#include "authoring/grid_setup.h"
 #include "cli/commands.h"
 #include "text/conversions.h"
 
@@ -12,16 +11,7 @@ std::optional<ProgramFileError> loadProgram(const std::string& path, SharedState
                                             std::unique_ptr<ProgramGrid>& grid) {
     state.FilePath = path;
     state.FileTitle = std::filesystem::path(path).filename().string();
-    ProgramLoadHost host;
-    host.enableProgramMenus = [] {};
-    host.recreateGrid = [&]() -> ProgramGrid& {
-        grid = std::make_unique<ProgramGrid>();
-        state.GridLoaded = true;
-        SetupGrid(*grid, state);
-        grid->Visible = true;
-        return *grid;
-    };
-    return readProgramFile(state, host);
+    return readProgramFile(state, standaloneHost(state, grid));
 }
 
 void printGrid(const SharedState& state, const ProgramGrid& grid, std::ostream& out) {

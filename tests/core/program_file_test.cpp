@@ -30,14 +30,8 @@ Loaded load(const std::string& path, SharedState state = {}) {
     Loaded out;
     out.state = std::move(state);
     out.state.FilePath = path;
-    ProgramLoadHost host;
+    ProgramLoadHost host = standaloneHost(out.state, out.grid);
     host.enableProgramMenus = [&] { out.menusEnabled = true; };
-    host.recreateGrid = [&]() -> ProgramGrid& {
-        out.grid = std::make_unique<ProgramGrid>();
-        out.state.GridLoaded = true;
-        SetupGrid(*out.grid, out.state);
-        return *out.grid;
-    };
     out.error = readProgramFile(out.state, host);
     return out;
 }

@@ -18,14 +18,7 @@ namespace {
 
 std::optional<ProgramFileError> load(SharedState& state, std::unique_ptr<ProgramGrid>& grid,
                                      std::string_view content) {
-    ProgramLoadHost host;
-    host.enableProgramMenus = [] {};
-    host.recreateGrid = [&]() -> ProgramGrid& {
-        grid = std::make_unique<ProgramGrid>();
-        SetupGrid(*grid, state);
-        return *grid;
-    };
-    return readProgramText(state, host, content);
+    return readProgramText(state, standaloneHost(state, grid), content);
 }
 
 }  // namespace
@@ -51,14 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SharedState again;
     again.FilePath = state.FilePath;
     std::unique_ptr<ProgramGrid> second;
-    ProgramLoadHost host;
-    host.enableProgramMenus = [] {};
-    host.recreateGrid = [&]() -> ProgramGrid& {
-        second = std::make_unique<ProgramGrid>();
-        SetupGrid(*second, again);
-        return *second;
-    };
-    if (readProgramFile(again, host)) std::abort();
+    if (readProgramFile(again, standaloneHost(again, second))) std::abort();
     if (again.NumSeconds != state.NumSeconds || again.UseGroups != state.UseGroups) std::abort();
     for (int r = 1; r <= state.NumSeconds; ++r)
         for (int c = 1; c < grid->Cols(); ++c)

@@ -225,6 +225,19 @@ void readAll(SharedState& state, const ProgramLoadHost& host, text::InputFields&
 
 }  // namespace
 
+ProgramLoadHost standaloneHost(SharedState& state, std::unique_ptr<ProgramGrid>& grid) {
+    ProgramLoadHost host;
+    host.enableProgramMenus = [] {};
+    host.recreateGrid = [&state, &grid]() -> ProgramGrid& {
+        grid = std::make_unique<ProgramGrid>();
+        state.GridLoaded = true;
+        SetupGrid(*grid, state);
+        grid->Visible = true;
+        return *grid;
+    };
+    return host;
+}
+
 namespace {
 
 std::optional<ProgramFileError> readFields(SharedState& state, const ProgramLoadHost& host,

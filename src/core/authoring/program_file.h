@@ -2,6 +2,7 @@
 // The .hvn Program file: writing the grid out and reading it back, byte for byte.
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -28,6 +29,9 @@ struct ProgramLoadHost {
     // Removes any old grid and creates a new one shaped by SetupGrid (which may throw Fault).
     std::function<ProgramGrid&()> recreateGrid;
 };
+
+// A host for reading a Program without a window: the grid is kept in `grid`.
+ProgramLoadHost standaloneHost(SharedState& state, std::unique_ptr<ProgramGrid>& grid);
 
 // Reads `state.FilePath` into the shared state and a new grid, step by step as the file goes. On a
 // failure the steps already done stay done and the error names the line that could not be read.
