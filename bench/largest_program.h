@@ -17,7 +17,8 @@ inline std::filesystem::path writeLargestProgram(const std::string& name) {
     const auto path = std::filesystem::temp_directory_path() / name;
     std::FILE* f = std::fopen(path.c_str(), "wb");
     if (!f) return {};
-    std::fprintf(f, "\"Target\",%d\r\n\"Groups\",\"0\"\r\n\"Seconds\",%d\r\n", kLargestTargets, kLargestSeconds);
+    std::fprintf(f, "\"Target\",%d\r\n\"Groups\",\"0\"\r\n\"Seconds\",%d\r\n", kLargestTargets,
+                 kLargestSeconds);
     const char* faces[] = {"\"Friend\"\r\n", "\"Foe\"\r\n", "\"Edge\"\r\n", "\"Down\"\r\n"};
     for (int r = 1; r <= kLargestSeconds; ++r)
         for (int c = 1; c <= kLargestTargets; ++c)

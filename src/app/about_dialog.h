@@ -11,7 +11,7 @@ namespace halvane::app {
 
 class AboutDialog : public QDialog {
     Q_OBJECT
-public:
+  public:
     AboutDialog(const AboutBox& model, QWidget* parent = nullptr);
 };
 

@@ -12,7 +12,7 @@ namespace halvane::app {
 
 class GridTableModel : public QAbstractTableModel {
     Q_OBJECT
-public:
+  public:
     explicit GridTableModel(QObject* parent = nullptr);
 
     // Shows another grid (or none); the table is read again from scratch.
@@ -27,7 +27,7 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-private:
+  private:
     const ProgramGrid* m_grid = nullptr;
     QPalette m_palette;
 };

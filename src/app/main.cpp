@@ -25,7 +25,8 @@ int main(int argc, char** argv) {
     parser.setApplicationDescription("Halvane, a console for ranges of radio-controlled targets.");
     parser.addHelpOption();
     parser.addVersionOption();
-    QCommandLineOption configOption("config", "Read and write the settings in FILE instead of hvn.cfg.", "FILE");
+    QCommandLineOption configOption("config", "Read and write the settings in FILE instead of hvn.cfg.",
+                                    "FILE");
     parser.addOption(configOption);
     parser.process(app);
 
@@ -39,7 +40,8 @@ int main(int argc, char** argv) {
 
     app::QtOperator op;
     app::SettingsPositionStore positions;
-    ManualLocations manuals{{(exeDir / "hvn.doc").string(), (exeDir / "../share/doc/halvane/manual.html").string(),
+    ManualLocations manuals{{(exeDir / "hvn.doc").string(),
+                             (exeDir / "../share/doc/halvane/manual.html").string(),
                              (exeDir / "../docs/manual.html").string()}};
     Form1 form(state, op, positions, manuals);
     app::MainWindowView window(form);

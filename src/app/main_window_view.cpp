@@ -14,7 +14,9 @@
 #include "program_table_view.h"
 
 // The pictures are linked in from a static library: register them before the first use.
-static void initResources() { Q_INIT_RESOURCE(halvane); }
+static void initResources() {
+    Q_INIT_RESOURCE(halvane);
+}
 
 namespace halvane::app {
 
@@ -51,7 +53,8 @@ void MainWindowView::buildMenu() {
                 action = parentMenu->addSeparator();
             } else {
                 action = parentMenu ? parentMenu->addAction(caption) : menuBar()->addAction(caption);
-                if (!item.shortcut.empty()) action->setShortcut(QKeySequence(QString::fromStdString(item.shortcut)));
+                if (!item.shortcut.empty())
+                    action->setShortcut(QKeySequence(QString::fromStdString(item.shortcut)));
                 const std::string name = item.name;
                 connect(action, &QAction::triggered, this, [this, name] { runCommand(name); });
             }
@@ -70,14 +73,17 @@ void MainWindowView::runCommand(const std::string& item) {
     m_model.run(item);
     refresh();
     switch (m_model.ending()) {
-        case Form1::Ending::Unload: close(); break;
+        case Form1::Ending::Unload:
+            close();
+            break;
         case Form1::Ending::Now:
             // Ends at once, past the closing events.
             m_closing = true;
             hide();
             QCoreApplication::exit(0);
             break;
-        case Form1::Ending::None: break;
+        case Form1::Ending::None:
+            break;
     }
 }
 

@@ -18,7 +18,7 @@ class ProgramTableView;
 
 class MainWindowView : public QMainWindow {
     Q_OBJECT
-public:
+  public:
     explicit MainWindowView(Form1& model, QWidget* parent = nullptr);
 
     // Shows the model's state: caption, menu states, the grid and its place.
@@ -27,13 +27,13 @@ public:
     QAction* action(const std::string& item) const;
     ProgramTableView* table() const { return m_table; }
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void changeEvent(QEvent* event) override;
 
-private:
+  private:
     void buildMenu();
     void placeGrid();
     void applyPlacement();

@@ -13,10 +13,10 @@ namespace halvane::app {
 
 class ProgramSetupDialog : public QDialog {
     Q_OBJECT
-public:
+  public:
     ProgramSetupDialog(Settings& model, QWidget* parent = nullptr);
 
-private:
+  private:
     void act(void (Settings::*handler)());
     Settings& m_model;
     QLineEdit* m_text1;

@@ -29,13 +29,16 @@ ProgramTableView::ProgramTableView(QWidget* parent) : QTableView(parent), m_mode
     m_corner->setBackgroundRole(QPalette::Button);
 }
 
-QString ProgramTableView::cornerText() const { return m_corner->text(); }
+QString ProgramTableView::cornerText() const {
+    return m_corner->text();
+}
 
 void ProgramTableView::reload() {
     const ProgramGrid* grid = m_model->grid();
     m_corner->setText(grid ? QString::fromLatin1(grid->TextMatrix(0, 0)) : QString());
     if (!grid) return;
-    for (int c = 1; c < grid->Cols(); ++c) horizontalHeader()->resizeSection(c - 1, toPixels(grid->ColWidth(c)));
+    for (int c = 1; c < grid->Cols(); ++c)
+        horizontalHeader()->resizeSection(c - 1, toPixels(grid->ColWidth(c)));
     updateSpans();
 }
 

@@ -11,7 +11,7 @@ class GridTableModel;
 
 class ProgramTableView : public QTableView {
     Q_OBJECT
-public:
+  public:
     explicit ProgramTableView(QWidget* parent = nullptr);
 
     GridTableModel* gridModel() const { return m_model; }
@@ -19,10 +19,10 @@ public:
     void reload();
     QString cornerText() const;
 
-protected:
+  protected:
     void updateGeometries() override;
 
-private:
+  private:
     void updateSpans();
     GridTableModel* m_model;
     QLabel* m_corner = nullptr;

@@ -7,7 +7,7 @@
 namespace halvane {
 
 class Fault : public std::runtime_error {
-public:
+  public:
     explicit Fault(const std::string& what) : std::runtime_error(what) {}
 };
 

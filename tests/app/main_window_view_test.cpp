@@ -22,7 +22,7 @@ using halvane::testing::ScriptedOperator;
 class MainWindowViewTest : public QObject {
     Q_OBJECT
 
-private slots:
+  private slots:
     void menuBarFollowsTheModel() {
         SharedState state;
         state.RadioLMC = true;
@@ -33,7 +33,8 @@ private slots:
         QStringList shown;
         for (QAction* a : view.menuBar()->actions())
             if (a->isVisible()) shown << a->text();
-        QCOMPARE(shown, (QStringList{"&File", "&Add Time", "&Live Mode", "&Run", "&Transmitter", "&Config", "&Help"}));
+        QCOMPARE(shown, (QStringList{"&File", "&Add Time", "&Live Mode", "&Run", "&Transmitter", "&Config",
+                                     "&Help"}));
         QCOMPARE(view.action("M_New")->shortcut(), QKeySequence("Ctrl+N"));
         QVERIFY(!view.action("M_Time")->isEnabled());
         QVERIFY(!view.action("M_HitScores")->isVisible());
@@ -99,6 +100,9 @@ private slots:
         QCOMPARE(text->text(), QString("30"));
         QTest::mouseClick(dialog.findChild<QPushButton*>("CmdPlus_L"), Qt::LeftButton);
         QCOMPARE(text->text(), QString("31"));
+        text->setText("1");
+        QTest::mouseClick(dialog.findChild<QPushButton*>("CmdMinus_L"), Qt::LeftButton);
+        QCOMPARE(text->text(), QString("1"));
         text->setText("45");
         QTest::mouseClick(dialog.findChild<QPushButton*>("OKButton"), Qt::LeftButton);
         QCOMPARE(dialog.result(), int(QDialog::Accepted));

@@ -45,39 +45,6 @@ struct Fixture : ::testing::Test {
 
 using MainWindow = Fixture;
 
-TEST_F(MainWindow, MenuAtStartHasTheDesignCaptionsShortcutsAndStates) {
-    struct Row {
-        const char* name;
-        const char* caption;
-        const char* shortcut;
-        bool enabled;
-    };
-    const Row rows[] = {
-        {"M_File", "&File", "", true},          {"M_New", "&New", "Ctrl+N", true},
-        {"M_Open", "&Open", "Ctrl+O", true},    {"M_Close", "&Close", "", true},
-        {"M_Save_As", "Save &As", "", true},    {"M_Save", "&Save", "Ctrl+S", true},
-        {"M_Exit", "&Exit", "", true},          {"M_Time", "&Add Time", "", false},
-        {"M_LiveMode", "&Live Mode", "", true}, {"M_Run", "&Run", "", false},
-        {"M_Target", "&Transmitter", "", true}, {"M_Send", "Send", "", false},
-        {"M_Download", "Download", "", true},   {"M_HitScores", "&Hit Scores", "", true},
-        {"M_Config", "&Config", "", true},      {"M_LM_SETUP", "LM Setup", "", true},
-        {"M_TargetSetup", "Setup", "", true},   {"M_ComPort", "Com Port", "", true},
-        {"M_RadioSetup", "Radio Setup", "", true}, {"M_Help", "&Help", "", true},
-        {"M_Manual", "&Manual", "", true},      {"M_About", "&About", "", true},
-        {"M_Face", "Face Time", "", true},      {"M_Pause", "Insert Pause", "", true},
-    };
-    for (const auto& r : rows) {
-        const MenuItem& item = form.item(r.name);
-        EXPECT_EQ(item.caption, r.caption) << r.name;
-        EXPECT_EQ(item.shortcut, r.shortcut) << r.name;
-        EXPECT_EQ(item.enabled, r.enabled) << r.name;
-    }
-    EXPECT_FALSE(form.item("Popup_Menu").visible);
-    EXPECT_EQ(form.Caption(), "Halvane");
-    EXPECT_EQ(state.NumSeconds, 30);
-    EXPECT_FALSE(state.GridLoaded);
-}
-
 TEST(MainWindowVisibility, SettingsDecideWhatIsShownAtLoadAndAfterSetup) {
     struct Case {
         bool lmc, usb, wifi, lmSeries, vmr;
@@ -129,6 +96,8 @@ TEST(MainWindowVisibility, SettingsDecideWhatIsShownAtLoadAndAfterSetup) {
 }
 
 TEST_F(MainWindow, NewAsksTheLengthAndCreatesTheGrid) {
+    EXPECT_FALSE(form.item("M_Run").enabled || form.item("M_Send").enabled || form.item("M_Time").enabled);
+    EXPECT_EQ(form.Caption(), "Halvane");
     newProgram("12");
     ASSERT_TRUE(state.GridLoaded);
     EXPECT_EQ(form.grid()->Rows(), 14);
@@ -166,20 +135,6 @@ TEST_F(MainWindow, ProgramSetupCancelZeroAndTooLongChangeNothing) {
     EXPECT_EQ(state.NumSeconds, 30);
     ASSERT_EQ(op.log.size(), 3u);
     EXPECT_EQ(op.log[1], "tell: Halvane: The length of a Program can be at most 32765 seconds.");
-}
-
-TEST_F(MainWindow, ProgramSetupButtonsStepTheLength) {
-    Settings d(30, op);
-    EXPECT_EQ(d.Text1, "30");
-    d.CmdPlus_L();
-    EXPECT_EQ(d.Text1, "31");
-    d.Text1 = "2";
-    d.CmdMinus_L();
-    d.CmdMinus_L();
-    EXPECT_EQ(d.Text1, "1");
-    d.Text1 = "abc";
-    d.CmdPlus_L();
-    EXPECT_EQ(d.Text1, "1");
 }
 
 TEST_F(MainWindow, AddTimeChangesTheLengthKeepingCellsAndFileChanged) {
@@ -353,8 +308,10 @@ TEST_F(MainWindow, ExitAndTheCloseBox) {
 }
 
 TEST_F(MainWindow, WindowPositionIsRestoredAndNotSavedWhileMinimised) {
-    positions.entries = {{"KRV", "Main Form", "Left", " 2400"}, {"KRV", "Main Form", "Top", " 600"},
-                         {"KRV", "Main Form", "Height", " 9000"}, {"KRV", "Main Form", "Width", " 12000"},
+    positions.entries = {{"KRV", "Main Form", "Left", " 2400"},
+                         {"KRV", "Main Form", "Top", " 600"},
+                         {"KRV", "Main Form", "Height", " 9000"},
+                         {"KRV", "Main Form", "Width", " 12000"},
                          {"KRV", "Main Form", "Colour", " 5"}};
     SharedState s;
     Form1 f(s, op, positions);

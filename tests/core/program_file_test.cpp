@@ -140,7 +140,8 @@ TEST(ProgramFile, ABadFileNamesItsLineAndKeepsWhatWasReadBeforeIt) {
         {"\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",40000\r\n", 3, "out of range"},
         {"\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",32766\r\n", 3, "32765"},
         {"\"Target\",300\r\n\"Groups\",\"0\"\r\n\"Seconds\",3\r\n", 3, "at most 200"},
-        {"\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",2\r\n\"Foe\"\r\n\"Down\"\r\n\"Edge\"\r\n", 7, "ends early"},
+        {"\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",2\r\n\"Foe\"\r\n\"Down\"\r\n\"Edge\"\r\n", 7,
+         "ends early"},
     };
     TempDir dir;
     for (const auto& c : cases) {
@@ -168,7 +169,8 @@ TEST(ProgramFile, ABadFileNamesItsLineAndKeepsWhatWasReadBeforeIt) {
 
 TEST(ProgramFile, ToleratesExtraDataLineEndingsAndBlanksAroundNumbers) {
     TempDir dir;
-    writeBytes(dir.file("loose.hvn"), "\"Target\", 1 \n\"Groups\",\"0\"\n\"Seconds\",1\n\"Foe\"\n\"x\"\nmore, data\n");
+    writeBytes(dir.file("loose.hvn"),
+               "\"Target\", 1 \n\"Groups\",\"0\"\n\"Seconds\",1\n\"Foe\"\n\"x\"\nmore, data\n");
     Loaded l = load(dir.file("loose.hvn"));
     ASSERT_FALSE(l.error) << l.error->message();
     EXPECT_EQ(l.grid->TextMatrix(1, 1), "Foe");

@@ -50,9 +50,9 @@ TEST(SetupGrid, ColumnWidthsDependOnColumnInTargetModeAndTotalInGroupMode) {
         int width;
     };
     const Case cases[] = {
-        {false, 120, 1, 1000}, {false, 120, 99, 1000}, {false, 120, 100, 1200}, {false, 120, 120, 1200},
-        {true, 120, 1, 1100},  {true, 120, 120, 1100}, {true, 99, 1, 1000},     {true, 99, 99, 1000},
-        {true, 100, 1, 1100},
+        {false, 120, 1, 1000},   {false, 120, 99, 1000}, {false, 120, 100, 1200},
+        {false, 120, 120, 1200}, {true, 120, 1, 1100},   {true, 120, 120, 1100},
+        {true, 99, 1, 1000},     {true, 99, 99, 1000},   {true, 100, 1, 1100},
     };
     for (const auto& c : cases) {
         SharedState s = targets(c.count, 2);
@@ -60,8 +60,8 @@ TEST(SetupGrid, ColumnWidthsDependOnColumnInTargetModeAndTotalInGroupMode) {
         s.NumGroups = static_cast<std::int16_t>(c.count);
         ProgramGrid grid;
         SetupGrid(grid, s);
-        EXPECT_EQ(grid.ColWidth(c.column), c.width) << (c.groups ? "groups " : "targets ") << c.count << " col "
-                                                    << c.column;
+        EXPECT_EQ(grid.ColWidth(c.column), c.width)
+            << (c.groups ? "groups " : "targets ") << c.count << " col " << c.column;
     }
     ProgramGrid grid;
     SetupGrid(grid, targets(2, 2));

@@ -15,8 +15,9 @@
 namespace halvane::testing {
 
 class ScriptedOperator : public Operator {
-public:
-    std::vector<std::string> log;  // "tell: title: text", "ask: title: text", "save dialog: filter|index", ...
+  public:
+    std::vector<std::string>
+        log;  // "tell: title: text", "ask: title: text", "save dialog: filter|index", ...
     std::deque<Answer> answers;
     std::deque<std::optional<ChosenFile>> files;
     std::deque<std::function<void(Settings&)>> settingsScript;
@@ -46,7 +47,9 @@ public:
         settingsScript.pop_front();
         step(dialog);
     }
-    void showModal(AboutBox& dialog) override { log.push_back("show: " + dialog.Caption + " " + dialog.lblVersion); }
+    void showModal(AboutBox& dialog) override {
+        log.push_back("show: " + dialog.Caption + " " + dialog.lblVersion);
+    }
 
     // Scripts for the Program Setup dialog.
     static std::function<void(Settings&)> typeAndOk(std::string length) {
@@ -59,7 +62,7 @@ public:
         return [](Settings& d) { d.CancelButton(); };
     }
 
-private:
+  private:
     std::optional<ChosenFile> choose(const std::string& what, const FileDialogSetup& setup) {
         log.push_back(what + setup.filter + " #" + std::to_string(setup.filterIndex));
         if (files.empty()) throw std::logic_error("unexpected file dialog");
@@ -71,14 +74,14 @@ private:
 
 // A position store in memory.
 class MemoryPositionStore : public PositionStore {
-public:
+  public:
     struct Entry {
         std::string app, section, key, value;
     };
     std::vector<Entry> entries;
 
     std::vector<std::pair<std::string, std::string>> GetAllSettings(const std::string& app,
-                                                                   const std::string& section) override {
+                                                                    const std::string& section) override {
         std::vector<std::pair<std::string, std::string>> out;
         for (const auto& e : entries)
             if (e.app == app && e.section == section) out.emplace_back(e.key, e.value);

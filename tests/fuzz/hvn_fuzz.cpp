@@ -1,13 +1,13 @@
 // Any bytes as a Program file: the reader either fills a grid that matches the state it read, or names
 // a line; it never crashes. A file it reads is written back and read again to the same grid.
 
+#include <unistd.h>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 
 #include "authoring/grid_setup.h"
 #include "authoring/program_file.h"
@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (grid->Rows() != state.NumSeconds + 2 || grid->Cols() != programColumns(state) + 1) std::abort();
     // Keep the round trip cheap: only small Programs are written back.
     if (static_cast<long>(grid->Rows()) * grid->Cols() > 20000) return 0;
-    if (state.UseGroups && state.NumTargets > SharedState::kMaxTargets) return 0;  // table cannot be rewritten
+    if (state.UseGroups && state.NumTargets > SharedState::kMaxTargets)
+        return 0;  // table cannot be rewritten
     for (int r = 1; r <= state.NumSeconds; ++r)
         for (int c = 1; c < grid->Cols(); ++c)
             if (grid->TextMatrix(r, c).find('"') != std::string::npos) return 0;

@@ -23,10 +23,14 @@ Answer QtOperator::ask(const std::string& text, const std::string& title, Button
     const auto chosen =
         QMessageBox::question(m_parent, QString::fromStdString(title), QString::fromStdString(text), set);
     switch (chosen) {
-        case QMessageBox::Yes: return Answer::Yes;
-        case QMessageBox::No: return Answer::No;
-        case QMessageBox::Ok: return Answer::Ok;
-        default: return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        case QMessageBox::Ok:
+            return Answer::Ok;
+        default:
+            return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
     }
 }
 
@@ -46,9 +50,13 @@ std::optional<ChosenFile> QtOperator::chooseFile(const FileDialogSetup& setup, b
     return ChosenFile{file.toStdString(), QFileInfo(file).fileName().toStdString()};
 }
 
-std::optional<ChosenFile> QtOperator::chooseOpenFile(const FileDialogSetup& setup) { return chooseFile(setup, false); }
+std::optional<ChosenFile> QtOperator::chooseOpenFile(const FileDialogSetup& setup) {
+    return chooseFile(setup, false);
+}
 
-std::optional<ChosenFile> QtOperator::chooseSaveFile(const FileDialogSetup& setup) { return chooseFile(setup, true); }
+std::optional<ChosenFile> QtOperator::chooseSaveFile(const FileDialogSetup& setup) {
+    return chooseFile(setup, true);
+}
 
 void QtOperator::openDocument(const std::string& path) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));

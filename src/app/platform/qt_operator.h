@@ -9,7 +9,7 @@
 namespace halvane::app {
 
 class QtOperator : public Operator {
-public:
+  public:
     // Dialogs are centred on this window once it exists.
     void setParentWindow(QWidget* parent) { m_parent = parent; }
 
@@ -22,7 +22,7 @@ public:
     void showModal(AboutBox& dialog) override;
     void setBusy(bool busy) override;
 
-private:
+  private:
     std::optional<ChosenFile> chooseFile(const FileDialogSetup& setup, bool save);
     QPointer<QWidget> m_parent;
 };

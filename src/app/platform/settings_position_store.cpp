@@ -4,8 +4,8 @@
 
 namespace halvane::app {
 
-std::vector<std::pair<std::string, std::string>> SettingsPositionStore::GetAllSettings(const std::string& appName,
-                                                                                     const std::string& section) {
+std::vector<std::pair<std::string, std::string>> SettingsPositionStore::GetAllSettings(
+    const std::string& appName, const std::string& section) {
     QSettings settings(QString::fromStdString(appName));
     settings.beginGroup(QString::fromStdString(section));
     std::vector<std::pair<std::string, std::string>> out;

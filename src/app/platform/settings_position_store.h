@@ -6,9 +6,9 @@
 namespace halvane::app {
 
 class SettingsPositionStore : public PositionStore {
-public:
+  public:
     std::vector<std::pair<std::string, std::string>> GetAllSettings(const std::string& appName,
-                                                                   const std::string& section) override;
+                                                                    const std::string& section) override;
     void SaveSetting(const std::string& appName, const std::string& section, const std::string& key,
                      const std::string& value) override;
 };

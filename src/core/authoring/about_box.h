@@ -8,7 +8,7 @@ namespace halvane {
 inline constexpr const char* kAppTitle = "Halvane";
 
 class AboutBox {
-public:
+  public:
     AboutBox();
     std::string Caption;
     std::string lblTitle;

@@ -10,16 +10,16 @@ namespace halvane {
 using Color = std::uint32_t;
 
 namespace colors {
-inline constexpr Color Friend = 255;            // red
-inline constexpr Color Foe = 65280;             // green
-inline constexpr Color Edge = 65535;            // yellow
-inline constexpr Color Down = 0x8000000F;       // button face
-inline constexpr Color Pause = 0;               // black
-inline constexpr Color PauseText = 0xFFFFFF;    // white
-inline constexpr Color Window = 0x80000005;     // the grid's BackColor
+inline constexpr Color Friend = 255;          // red
+inline constexpr Color Foe = 65280;           // green
+inline constexpr Color Edge = 65535;          // yellow
+inline constexpr Color Down = 0x8000000F;     // button face
+inline constexpr Color Pause = 0;             // black
+inline constexpr Color PauseText = 0xFFFFFF;  // white
+inline constexpr Color Window = 0x80000005;   // the grid's BackColor
 inline constexpr Color WindowText = 0x80000008;
-inline constexpr Color Highlight = 0x8000000D;  // the grid's BackColorSel
-inline constexpr Color ButtonFace = 0x8000000F; // fixed row and column
+inline constexpr Color Highlight = 0x8000000D;   // the grid's BackColorSel
+inline constexpr Color ButtonFace = 0x8000000F;  // fixed row and column
 inline constexpr Color ButtonText = 0x80000012;
 }  // namespace colors
 

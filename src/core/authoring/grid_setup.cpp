@@ -6,7 +6,9 @@
 
 namespace halvane {
 
-int programColumns(const SharedState& state) { return state.UseGroups ? state.NumGroups : state.NumTargets; }
+int programColumns(const SharedState& state) {
+    return state.UseGroups ? state.NumGroups : state.NumTargets;
+}
 
 void SetupGrid(ProgramGrid& grid, const SharedState& state) {
     // The row count is worked out in 16 bits, so 32766 and 32767 seconds never fit.

@@ -72,7 +72,9 @@ MenuItem& Form1::menuItem(std::string_view name) {
     throw std::logic_error("no menu item " + std::string(name));
 }
 
-const MenuItem& Form1::item(std::string_view name) const { return const_cast<Form1*>(this)->menuItem(name); }
+const MenuItem& Form1::item(std::string_view name) const {
+    return const_cast<Form1*>(this)->menuItem(name);
+}
 
 void Form1::Load() {
     Tag = "Main Form";
@@ -108,7 +110,8 @@ void Form1::applyVisibility(bool afterSetup) {
 void Form1::Resize(double widthTwips, double heightTwips) {
     m_placement.Width = widthTwips;
     m_placement.Height = heightTwips;
-    if (heightTwips > kGridHeightMargin && widthTwips > kGridWidthMargin && m_state.GridLoaded && m_grid) fitGrid();
+    if (heightTwips > kGridHeightMargin && widthTwips > kGridWidthMargin && m_state.GridLoaded && m_grid)
+        fitGrid();
 }
 
 void Form1::fitGrid() {
@@ -129,18 +132,29 @@ bool Form1::QueryUnload() {
     return true;
 }
 
-void Form1::Unload() { m_ending = Ending::Now; }
+void Form1::Unload() {
+    m_ending = Ending::Now;
+}
 
 void Form1::run(std::string_view name) {
-    if (name == "M_New") M_New();
-    else if (name == "M_Open") M_Open();
-    else if (name == "M_Close") M_Close();
-    else if (name == "M_Save") M_Save();
-    else if (name == "M_Save_As") M_Save_As();
-    else if (name == "M_Exit") M_Exit();
-    else if (name == "M_Time") M_Time();
-    else if (name == "M_Manual") M_Manual();
-    else if (name == "M_About") M_About();
+    if (name == "M_New")
+        M_New();
+    else if (name == "M_Open")
+        M_Open();
+    else if (name == "M_Close")
+        M_Close();
+    else if (name == "M_Save")
+        M_Save();
+    else if (name == "M_Save_As")
+        M_Save_As();
+    else if (name == "M_Exit")
+        M_Exit();
+    else if (name == "M_Time")
+        M_Time();
+    else if (name == "M_Manual")
+        M_Manual();
+    else if (name == "M_About")
+        M_About();
 }
 
 void Form1::setProgramMenusEnabled(bool enabled) {
@@ -167,7 +181,9 @@ void Form1::destroyGrid() {
     ++m_gridGeneration;
 }
 
-Answer Form1::askSaveChanges() { return m_operator.ask(kSavePrompt, kAppTitle, Buttons::YesNoCancel); }
+Answer Form1::askSaveChanges() {
+    return m_operator.ask(kSavePrompt, kAppTitle, Buttons::YesNoCancel);
+}
 
 // Yes at the question of New, Close, Exit and the close box: always the dialog, FileTitle untouched.
 Form1::SaveOutcome Form1::saveFromPrompt() {
@@ -251,7 +267,9 @@ void Form1::NewProgram() {
     showProgramSetup();
 }
 
-void Form1::M_Time() { showProgramSetup(); }
+void Form1::M_Time() {
+    showProgramSetup();
+}
 
 void Form1::showProgramSetup() {
     Settings dialog(m_state.NumSeconds, m_operator);
@@ -288,9 +306,13 @@ void Form1::M_Open() {
     LoadProgram();
 }
 
-void Form1::M_Save() { saveWithDialog(false); }
+void Form1::M_Save() {
+    saveWithDialog(false);
+}
 
-void Form1::M_Save_As() { saveWithDialog(true); }
+void Form1::M_Save_As() {
+    saveWithDialog(true);
+}
 
 void Form1::M_Close() {
     if (!m_state.FileChanged) {

@@ -20,7 +20,7 @@ struct ManualLocations {
 };
 
 class Form1 {
-public:
+  public:
     Form1(SharedState& state, Operator& op, PositionStore& positions, ManualLocations manuals = {});
 
     // What the process does after a command.
@@ -75,7 +75,7 @@ public:
     static constexpr int kGridHeightMargin = 780;
     static constexpr int kGridWidthMargin = 110;
 
-private:
+  private:
     enum class SaveOutcome { Saved, Cancelled, Failed };
     MenuItem& menuItem(std::string_view name);
     Answer askSaveChanges();

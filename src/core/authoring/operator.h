@@ -26,7 +26,7 @@ struct ChosenFile {
 };
 
 class Operator {
-public:
+  public:
     virtual ~Operator() = default;
     // A message box with one OK button.
     virtual void tell(const std::string& text, const std::string& title) = 0;

@@ -32,14 +32,14 @@ struct FileCloser {
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
 class LoadFailure : public Fault {
-public:
+  public:
     LoadFailure(int line, const std::string& reason) : Fault(reason), line(line) {}
     int line;
 };
 
 // Buffered output in the quoted, comma-separated form of the old sequential writer.
 class FieldWriter {
-public:
+  public:
     explicit FieldWriter(std::FILE* file) : m_file(file) { m_buffer.reserve(kBlock + 64); }
     void quoted(std::string_view text) {
         m_buffer.push_back('"');
@@ -58,7 +58,7 @@ public:
         return ok;
     }
 
-private:
+  private:
     static constexpr std::size_t kBlock = 1 << 20;
     std::FILE* m_file;
     std::string m_buffer;
@@ -97,7 +97,9 @@ bool writeAll(FieldWriter& out, const SharedState& state, const ProgramGrid& gri
     return out.flush();
 }
 
-std::string systemError() { return std::strerror(errno); }
+std::string systemError() {
+    return std::strerror(errno);
+}
 
 }  // namespace
 

@@ -9,7 +9,7 @@ namespace halvane {
 
 namespace {
 // Texts seen on almost every write: compared before any hashing.
-constexpr std::array<std::string_view, 6> kCommonTexts = {"",         words::Friend, words::Foe,
+constexpr std::array<std::string_view, 6> kCommonTexts = {"",          words::Friend, words::Foe,
                                                           words::Edge, words::Down,   words::Pause};
 }  // namespace
 

@@ -15,7 +15,7 @@ namespace halvane {
 // the single-cell accessors act on. A cell takes 8 bytes: its text and colours are indices into small
 // tables, so the largest Program (201 x 32767 cells) fits in about 53 MB.
 class ProgramGrid {
-public:
+  public:
     ProgramGrid();
 
     int Rows() const { return m_rows; }
@@ -69,7 +69,7 @@ public:
     static constexpr int kMaxCols = 201;
     static constexpr int kDefaultColWidth = 960;
 
-private:
+  private:
     struct Cell {
         std::uint32_t text = 0;
         std::uint16_t back = 0;

@@ -19,9 +19,12 @@ std::string decimal(double v) {
 }
 }  // namespace
 
-Settings::Settings(std::int16_t numSeconds, Operator& op) : Text1(std::to_string(numSeconds)), m_operator(op) {}
+Settings::Settings(std::int16_t numSeconds, Operator& op)
+    : Text1(std::to_string(numSeconds)), m_operator(op) {}
 
-void Settings::CmdPlus_L() { Text1 = decimal(text::Val(Text1) + 1); }
+void Settings::CmdPlus_L() {
+    Text1 = decimal(text::Val(Text1) + 1);
+}
 
 void Settings::CmdMinus_L() {
     const double v = text::Val(Text1);
@@ -43,6 +46,8 @@ void Settings::OKButton() {
     m_closed = true;
 }
 
-void Settings::CancelButton() { m_closed = true; }
+void Settings::CancelButton() {
+    m_closed = true;
+}
 
 }  // namespace halvane

@@ -10,7 +10,7 @@ namespace halvane {
 class Operator;
 
 class Settings {
-public:
+  public:
     // Loads the dialog with the current length.
     Settings(std::int16_t numSeconds, Operator& op);
 
@@ -31,7 +31,7 @@ public:
     // The length chosen by OK, or nothing after Cancel or a length of zero or less.
     std::optional<std::int16_t> result() const { return m_result; }
 
-private:
+  private:
     Operator& m_operator;
     bool m_closed = false;
     std::optional<std::int16_t> m_result;

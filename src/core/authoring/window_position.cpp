@@ -10,10 +10,14 @@ void RestoreWindowPos(WindowPlacement& window, PositionStore& store) {
     if (settings.empty()) return;
     for (const auto& [key, value] : settings) {
         const double v = text::Val(value);
-        if (key == "Left") window.Left = v;
-        else if (key == "Top") window.Top = v;
-        else if (key == "Height") window.Height = v;
-        else if (key == "Width") window.Width = v;
+        if (key == "Left")
+            window.Left = v;
+        else if (key == "Top")
+            window.Top = v;
+        else if (key == "Height")
+            window.Height = v;
+        else if (key == "Width")
+            window.Width = v;
     }
     // The tag is used up: the window's closing code sets it again before saving.
     window.Tag.clear();

@@ -11,10 +11,10 @@ inline constexpr const char* kPositionAppName = "KRV";
 
 // The per-user settings store: sections of key/value texts under an application name.
 class PositionStore {
-public:
+  public:
     virtual ~PositionStore() = default;
     virtual std::vector<std::pair<std::string, std::string>> GetAllSettings(const std::string& appName,
-                                                                           const std::string& section) = 0;
+                                                                            const std::string& section) = 0;
     virtual void SaveSetting(const std::string& appName, const std::string& section, const std::string& key,
                              const std::string& value) = 0;
 };

@@ -43,6 +43,8 @@ std::string hexByte(std::uint8_t b);
 std::optional<std::uint32_t> parseHex(std::string_view s);
 
 // "True" or "False", as booleans are written in the configuration file and in scripts' output.
-inline const char* boolText(bool b) { return b ? "True" : "False"; }
+inline const char* boolText(bool b) {
+    return b ? "True" : "False";
+}
 
 }  // namespace halvane::text

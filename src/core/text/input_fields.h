@@ -13,7 +13,7 @@ namespace halvane::text {
 // after it up to the next delimiter is passed over) or bare text up to the next comma or line end,
 // blanks around it removed. Line ends are CR LF, CR or LF. Fields know their line for messages.
 class InputFields {
-public:
+  public:
     struct Field {
         std::string text;
         bool quoted = false;
@@ -28,7 +28,7 @@ public:
     // The line the next field would start on (for "the file ends early" messages).
     int line() const { return m_line; }
 
-private:
+  private:
     int peek();
     int get();
     bool fill();
