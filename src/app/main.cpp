@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
     Form1 form(state, op, positions, manuals);
     app::MainWindowView window(form);
     op.setParentWindow(&window);
+    op.setPopupHandler([&window](const std::string& menu) { return window.popup(menu); });
     window.show();
 
     if (!report.badKeys.empty()) {

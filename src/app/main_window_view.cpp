@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QCursor>
 #include <QIcon>
 #include <QKeySequence>
 #include <QMenu>
@@ -28,6 +29,14 @@ MainWindowView::MainWindowView(Form1& model, QWidget* parent) : QMainWindow(pare
     setCentralWidget(central);
     m_table = new ProgramTableView(central);
     m_table->hide();
+    connect(m_table, &ProgramTableView::gridMouseDown, this, [this](int button, int shift, int row, int col) {
+        m_model.grdInfo_MouseDown(button, shift, row, col);
+        refresh();
+    });
+    connect(m_table, &ProgramTableView::gridKeyDown, this, [this](int keyCode, int shift) {
+        m_model.grdInfo_KeyDown(keyCode, shift);
+        refresh();
+    });
     buildMenu();
     m_model.Load();
     applyPlacement();
@@ -55,8 +64,10 @@ void MainWindowView::buildMenu() {
                 action = parentMenu ? parentMenu->addAction(caption) : menuBar()->addAction(caption);
                 if (!item.shortcut.empty())
                     action->setShortcut(QKeySequence(QString::fromStdString(item.shortcut)));
+                // The popup's items are run by the model once the popup has closed.
                 const std::string name = item.name;
-                connect(action, &QAction::triggered, this, [this, name] { runCommand(name); });
+                if (item.parent != "Popup_Menu")
+                    connect(action, &QAction::triggered, this, [this, name] { runCommand(name); });
             }
         }
         action->setObjectName(QString::fromStdString(item.name));
@@ -67,6 +78,13 @@ void MainWindowView::buildMenu() {
 QAction* MainWindowView::action(const std::string& item) const {
     auto it = m_actions.find(item);
     return it == m_actions.end() ? nullptr : it->second;
+}
+
+std::string MainWindowView::popup(const std::string& menu) {
+    if (menu != "Popup_Menu" || !m_popup) return {};
+    refresh();  // the highlight shows while the menu is open
+    QAction* chosen = m_popup->exec(QCursor::pos());
+    return chosen ? chosen->objectName().toStdString() : std::string();
 }
 
 void MainWindowView::runCommand(const std::string& item) {

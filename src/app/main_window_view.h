@@ -25,6 +25,8 @@ class MainWindowView : public QMainWindow {
     void refresh();
     void runCommand(const std::string& item);
     QAction* action(const std::string& item) const;
+    // Shows a popup menu of the model at the pointer; the chosen item's name, or "".
+    std::string popup(const std::string& menu);
     ProgramTableView* table() const { return m_table; }
 
   protected:

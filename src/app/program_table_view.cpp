@@ -1,7 +1,9 @@
 #include "program_table_view.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 
 #include "authoring/program_grid.h"
 #include "grid_table_model.h"
@@ -22,11 +24,74 @@ ProgramTableView::ProgramTableView(QWidget* parent) : QTableView(parent), m_mode
     verticalHeader()->setMinimumWidth(toPixels(ProgramGrid::kDefaultColWidth));
     horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    verticalHeader()->viewport()->installEventFilter(this);
+    horizontalHeader()->viewport()->installEventFilter(this);
+    verticalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setSectionsClickable(false);
     m_corner = new QLabel(this);
     m_corner->setObjectName("corner");
     m_corner->setIndent(4);
     m_corner->setAutoFillBackground(true);
     m_corner->setBackgroundRole(QPalette::Button);
+}
+
+namespace {
+int buttonCode(Qt::MouseButton button) {
+    switch (button) {
+        case Qt::LeftButton:
+            return 1;
+        case Qt::RightButton:
+            return 2;
+        case Qt::MiddleButton:
+            return 4;
+        default:
+            return 0;
+    }
+}
+
+int shiftCode(Qt::KeyboardModifiers modifiers) {
+    return (modifiers & Qt::ShiftModifier ? 1 : 0) | (modifiers & Qt::ControlModifier ? 2 : 0) |
+           (modifiers & Qt::AltModifier ? 4 : 0);
+}
+}  // namespace
+
+void ProgramTableView::mousePressEvent(QMouseEvent* event) {
+    setFocus(Qt::MouseFocusReason);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const int button = buttonCode(event->button());
+    if (index.isValid() && button)
+        emit gridMouseDown(button, shiftCode(event->modifiers()), index.row() + 1, index.column() + 1);
+}
+
+void ProgramTableView::keyPressEvent(QKeyEvent* event) {
+    // Only the Delete key means something to the grid; the others keep their table meaning.
+    if (event->key() == Qt::Key_Delete) {
+        emit gridKeyDown(46, shiftCode(event->modifiers()));
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+// Presses on the headers are presses on the grid's fixed row and column.
+bool ProgramTableView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonPress) {
+        auto* mouse = static_cast<QMouseEvent*>(event);
+        const int button = buttonCode(mouse->button());
+        const QPoint at = mouse->position().toPoint();
+        if (watched == verticalHeader()->viewport()) {
+            const int section = verticalHeader()->logicalIndexAt(at);
+            if (section >= 0 && button)
+                emit gridMouseDown(button, shiftCode(mouse->modifiers()), section + 1, 0);
+            return true;
+        }
+        if (watched == horizontalHeader()->viewport()) {
+            const int section = horizontalHeader()->logicalIndexAt(at);
+            if (section >= 0 && button)
+                emit gridMouseDown(button, shiftCode(mouse->modifiers()), 0, section + 1);
+            return true;
+        }
+    }
+    return QTableView::eventFilter(watched, event);
 }
 
 QString ProgramTableView::cornerText() const {

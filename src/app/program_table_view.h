@@ -19,8 +19,18 @@ class ProgramTableView : public QTableView {
     void reload();
     QString cornerText() const;
 
+  signals:
+    // A mouse button went down on grid cell (row, col), counted as the grid counts them: row 0 is the
+    // heading row and column 0 the seconds column. Buttons 1 left, 2 right, 4 middle; shift 1 Shift,
+    // 2 Ctrl, 4 Alt.
+    void gridMouseDown(int button, int shift, int row, int col);
+    void gridKeyDown(int keyCode, int shift);
+
   protected:
     void updateGeometries() override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void updateSpans();

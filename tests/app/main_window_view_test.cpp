@@ -12,7 +12,6 @@
 #include "grid_table_model.h"
 #include "main_window_view.h"
 #include "platform/twips.h"
-#include "program_setup_dialog.h"
 #include "program_table_view.h"
 
 using namespace halvane;
@@ -90,23 +89,6 @@ class MainWindowViewTest : public QObject {
         op.answers = {Answer::No};
         QVERIFY(view.close());
         QVERIFY(!store.entries.empty());
-    }
-
-    void programSetupDialogDrivesItsModel() {
-        ScriptedOperator op;
-        Settings model(30, op);
-        app::ProgramSetupDialog dialog(model);
-        auto* text = dialog.findChild<QLineEdit*>("Text1");
-        QCOMPARE(text->text(), QString("30"));
-        QTest::mouseClick(dialog.findChild<QPushButton*>("CmdPlus_L"), Qt::LeftButton);
-        QCOMPARE(text->text(), QString("31"));
-        text->setText("1");
-        QTest::mouseClick(dialog.findChild<QPushButton*>("CmdMinus_L"), Qt::LeftButton);
-        QCOMPARE(text->text(), QString("1"));
-        text->setText("45");
-        QTest::mouseClick(dialog.findChild<QPushButton*>("OKButton"), Qt::LeftButton);
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        QCOMPARE(model.result().value_or(0), 45);
     }
 };
 

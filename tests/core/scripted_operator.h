@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "authoring/about_box.h"
+#include "authoring/face_time.h"
 #include "authoring/operator.h"
 #include "authoring/program_setup.h"
+#include "authoring/setup_dialog.h"
 #include "authoring/window_position.h"
 
 namespace halvane::testing {
@@ -41,15 +43,26 @@ class ScriptedOperator : public Operator {
     }
     void openDocument(const std::string& path) override { opened.push_back(path); }
     void showModal(Settings& dialog) override {
-        log.push_back("show: " + std::string(Settings::Caption) + " " + dialog.Text1);
-        if (settingsScript.empty()) throw std::logic_error("unexpected Program Setup dialog");
-        auto step = settingsScript.front();
-        settingsScript.pop_front();
-        step(dialog);
+        play(settingsScript, dialog, std::string(Settings::Caption) + " " + dialog.Text1);
     }
     void showModal(AboutBox& dialog) override {
         log.push_back("show: " + dialog.Caption + " " + dialog.lblVersion);
     }
+    void showModal(Face_time& dialog) override { play(faceTimeScript, dialog, Face_time::Caption); }
+    void showModal(frmDisplay& dialog) override { play(setupScript, dialog, frmDisplay::Caption); }
+    std::string showPopup(const std::string& menu) override {
+        log.push_back("popup: " + menu);
+        if (popupChoices.empty()) return "";
+        const std::string chosen = popupChoices.front();
+        popupChoices.pop_front();
+        return chosen;
+    }
+
+    template <class Dialog>
+    using Script = std::function<void(Dialog&)>;
+    std::deque<Script<Face_time>> faceTimeScript;
+    std::deque<Script<frmDisplay>> setupScript;
+    std::deque<std::string> popupChoices;  // "" closes the popup with no choice
 
     // Scripts for the Program Setup dialog.
     static std::function<void(Settings&)> typeAndOk(std::string length) {
@@ -63,6 +76,14 @@ class ScriptedOperator : public Operator {
     }
 
   private:
+    template <class Dialog>
+    void play(std::deque<Script<Dialog>>& script, Dialog& dialog, const std::string& what) {
+        log.push_back("show: " + what);
+        if (script.empty()) throw std::logic_error("unexpected dialog " + what);
+        auto step = script.front();
+        script.pop_front();
+        step(dialog);
+    }
     std::optional<ChosenFile> choose(const std::string& what, const FileDialogSetup& setup) {
         log.push_back(what + setup.filter + " #" + std::to_string(setup.filterIndex));
         if (files.empty()) throw std::logic_error("unexpected file dialog");

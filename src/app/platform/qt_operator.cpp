@@ -8,7 +8,9 @@
 #include <QUrl>
 
 #include "about_dialog.h"
+#include "face_time_dialog.h"
 #include "program_setup_dialog.h"
+#include "setup_dialog_view.h"
 
 namespace halvane::app {
 
@@ -70,6 +72,20 @@ void QtOperator::showModal(Settings& dialog) {
 void QtOperator::showModal(AboutBox& dialog) {
     AboutDialog view(dialog, m_parent);
     view.exec();
+}
+
+void QtOperator::showModal(Face_time& dialog) {
+    FaceTimeDialog view(dialog, m_parent);
+    view.exec();
+}
+
+void QtOperator::showModal(frmDisplay& dialog) {
+    SetupDialog view(dialog, m_parent);
+    view.exec();
+}
+
+std::string QtOperator::showPopup(const std::string& menu) {
+    return m_popup ? m_popup(menu) : std::string();
 }
 
 void QtOperator::setBusy(bool busy) {

@@ -3,6 +3,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <functional>
 
 #include "authoring/operator.h"
 
@@ -20,11 +21,19 @@ class QtOperator : public Operator {
     void openDocument(const std::string& path) override;
     void showModal(Settings& dialog) override;
     void showModal(AboutBox& dialog) override;
+    void showModal(Face_time& dialog) override;
+    void showModal(frmDisplay& dialog) override;
+    std::string showPopup(const std::string& menu) override;
+    // The window that owns the popup menus shows them.
+    void setPopupHandler(std::function<std::string(const std::string&)> handler) {
+        m_popup = std::move(handler);
+    }
     void setBusy(bool busy) override;
 
   private:
     std::optional<ChosenFile> chooseFile(const FileDialogSetup& setup, bool save);
     QPointer<QWidget> m_parent;
+    std::function<std::string(const std::string&)> m_popup;
 };
 
 }  // namespace halvane::app

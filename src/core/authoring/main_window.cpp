@@ -7,6 +7,7 @@
 #include "authoring/grid_setup.h"
 #include "authoring/program_file.h"
 #include "authoring/program_setup.h"
+#include "authoring/setup_dialog.h"
 #include "fault.h"
 
 namespace halvane {
@@ -137,24 +138,27 @@ void Form1::Unload() {
 }
 
 void Form1::run(std::string_view name) {
-    if (name == "M_New")
-        M_New();
-    else if (name == "M_Open")
-        M_Open();
-    else if (name == "M_Close")
-        M_Close();
-    else if (name == "M_Save")
-        M_Save();
-    else if (name == "M_Save_As")
-        M_Save_As();
-    else if (name == "M_Exit")
-        M_Exit();
-    else if (name == "M_Time")
-        M_Time();
-    else if (name == "M_Manual")
-        M_Manual();
-    else if (name == "M_About")
-        M_About();
+    using Command = void (Form1::*)();
+    static constexpr std::pair<std::string_view, Command> kCommands[] = {
+        {"M_New", &Form1::M_New},         {"M_Open", &Form1::M_Open},
+        {"M_Close", &Form1::M_Close},     {"M_Save", &Form1::M_Save},
+        {"M_Save_As", &Form1::M_Save_As}, {"M_Exit", &Form1::M_Exit},
+        {"M_Time", &Form1::M_Time},       {"M_Manual", &Form1::M_Manual},
+        {"M_About", &Form1::M_About},     {"M_TargetSetup", &Form1::M_TargetSetup},
+        {"M_Face", &Form1::M_Face},       {"M_Pause", &Form1::M_Pause},
+    };
+    for (const auto& [item, command] : kCommands)
+        if (item == name) return guarded(command);
+}
+
+// A fault inside a command stops that command; the operator is told and everything else stays.
+void Form1::guarded(void (Form1::*command)()) {
+    try {
+        (this->*command)();
+    } catch (const Fault& fault) {
+        m_operator.tell(fault.what(), kAppTitle);
+        ++m_gridGeneration;
+    }
 }
 
 void Form1::setProgramMenusEnabled(bool enabled) {
@@ -357,6 +361,14 @@ void Form1::M_Manual() {
             m_operator.openDocument(candidate);
             return;
         }
+}
+
+void Form1::M_TargetSetup() {
+    frmDisplay dialog(*this);
+    m_operator.showModal(dialog);
+    // With "True" and LM Series the range layout window follows here, once the range view exists.
+    applyVisibility(true);
+    ++m_gridGeneration;
 }
 
 void Form1::M_About() {

@@ -44,6 +44,15 @@ class Form1 {
     void M_Time();
     void M_Manual();
     void M_About();
+    void M_TargetSetup();
+
+    // The grid's events and the popup's commands. Buttons: 1 left, 2 right, 4 middle; shift: 1 Shift,
+    // 2 Ctrl, 4 Alt. The mouse row and column are the grid cell under the pointer.
+    void grdInfo_MouseDown(int button, int shift, int mouseRow, int mouseCol);
+    void grdInfo_KeyDown(int keyCode, int shift);
+    void M_Face();
+    void M_Pause();
+    void ClearSelection();
 
     // The visibility rules of the menu; `afterSetup` selects the variant run after the Setup dialog.
     void applyVisibility(bool afterSetup);
@@ -66,25 +75,34 @@ class Form1 {
     std::string Tag;
 
     // Shared with the editing and setup windows.
+    enum class SaveOutcome { Saved, Cancelled, Failed };
+    // The Save dialog of the save questions (all files, FilterIndex 2), then SaveProgram.
+    SaveOutcome saveFromPrompt();
+    void destroyGrid();
     void LoadProgram();
     bool SaveProgram();
     void ClearSelectionRows();
     void setProgramMenusEnabled(bool enabled);
     SharedState& state() { return m_state; }
+    // A message box or a question with the application's title.
+    void tell(const std::string& text) { m_operator.tell(text, "Halvane"); }
+    Answer ask(const std::string& text, Buttons buttons) { return m_operator.ask(text, "Halvane", buttons); }
 
     static constexpr int kGridHeightMargin = 780;
     static constexpr int kGridWidthMargin = 110;
 
   private:
-    enum class SaveOutcome { Saved, Cancelled, Failed };
     MenuItem& menuItem(std::string_view name);
     Answer askSaveChanges();
-    SaveOutcome saveFromPrompt();
     SaveOutcome saveWithDialog(bool alwaysAsk);
     void NewProgram();
     void showProgramSetup();
     ProgramGrid& createGrid();
-    void destroyGrid();
+    void plainClick();
+    void ctrlClick();
+    void faceTimeThenClear();
+    void restoreHighlight(int col);
+    void guarded(void (Form1::*command)());
     void fitGrid();
 
     SharedState& m_state;

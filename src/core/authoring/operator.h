@@ -8,6 +8,8 @@ namespace halvane {
 
 class Settings;
 class AboutBox;
+class Face_time;
+class frmDisplay;
 
 enum class Answer { Ok, Yes, No, Cancel };
 enum class Buttons { Ok, YesNo, YesNoCancel };
@@ -39,6 +41,11 @@ class Operator {
     // Modal dialogs: each returns when the dialog has closed.
     virtual void showModal(Settings& dialog) = 0;
     virtual void showModal(AboutBox& dialog) = 0;
+    virtual void showModal(Face_time& dialog) = 0;
+    virtual void showModal(frmDisplay& dialog) = 0;
+    // Shows a popup menu at the pointer and waits for it to close; the name of the item chosen, or
+    // "" when none was.
+    virtual std::string showPopup(const std::string& menu) = 0;
     // Long file work is under way (the hourglass pointer); nothing to do by default.
     virtual void setBusy(bool /*busy*/) {}
 };

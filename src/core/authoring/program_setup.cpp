@@ -1,6 +1,5 @@
 #include "authoring/program_setup.h"
 
-#include <cstdio>
 #include <string>
 
 #include "authoring/operator.h"
@@ -9,26 +8,16 @@
 
 namespace halvane {
 
-namespace {
-// A number as the box shows it after + and -: plain decimal, no leading blank.
-std::string decimal(double v) {
-    if (const auto whole = text::toInt32(v); whole && *whole == v) return std::to_string(*whole);
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%.15g", v);
-    return buffer;
-}
-}  // namespace
-
 Settings::Settings(std::int16_t numSeconds, Operator& op)
     : Text1(std::to_string(numSeconds)), m_operator(op) {}
 
 void Settings::CmdPlus_L() {
-    Text1 = decimal(text::Val(Text1) + 1);
+    Text1 = text::CStr(text::Val(Text1) + 1);
 }
 
 void Settings::CmdMinus_L() {
     const double v = text::Val(Text1);
-    if (v > 1) Text1 = decimal(v - 1);
+    if (v > 1) Text1 = text::CStr(v - 1);
 }
 
 void Settings::OKButton() {

@@ -258,4 +258,12 @@ std::optional<std::uint32_t> parseHex(std::string_view s) {
     return v;
 }
 
+std::string CStr(double v) {
+    std::string text = Str(v);
+    if (!text.empty() && text[0] == ' ') text.erase(0, 1);
+    const std::size_t digits = !text.empty() && text[0] == '-' ? 1 : 0;
+    if (text.size() > digits && text[digits] == '.') text.insert(digits, "0");
+    return text;
+}
+
 }  // namespace halvane::text

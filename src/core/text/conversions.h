@@ -23,6 +23,10 @@ std::string Str(double v);
 // value over 32 bits gives 0.
 double Val(std::string_view s);
 
+// A number as it reads when put into a text box: no leading blank, a zero before the point
+// ("0.5", "-0.25", "31", "1E+20").
+std::string CStr(double v);
+
 // A whole text taken as a number, for places where a text must be a number: blanks around it are
 // allowed, anything else that Val would skip over is not. "" and "12ab" give nothing. As in Val, a
 // decimal beyond the range of a double is clamped to +-DBL_MAX; an &H or &O value over 32 bits

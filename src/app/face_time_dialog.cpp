@@ -1,0 +1,94 @@
+#include "face_time_dialog.h"
+
+#include <QButtonGroup>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "authoring/face_time.h"
+
+namespace halvane::app {
+
+namespace {
+// One "Action" group with its four option buttons, named as the dialog's controls are.
+QGroupBox* actionGroup(const char* frame, const char* suffix, QButtonGroup* buttons, QWidget* parent) {
+    auto* box = new QGroupBox("Action", parent);
+    box->setObjectName(frame);
+    auto* layout = new QVBoxLayout(box);
+    layout->addWidget(new QLabel("Action"));
+    const char* names[] = {"OptFriend", "OptFoe", "OptEdge", "OptDown"};
+    for (int i = 0; i < Face_time::kOptions; ++i) {
+        auto* option = new QRadioButton(Face_time::kOptionCaptions[i]);
+        option->setObjectName(QString(names[i]) + suffix);
+        buttons->addButton(option, i);
+        layout->addWidget(option);
+    }
+    return box;
+}
+}  // namespace
+
+FaceTimeDialog::FaceTimeDialog(Face_time& model, QWidget* parent) : QDialog(parent), m_model(model) {
+    setWindowTitle(Face_time::Caption);
+    setObjectName("Face_time");
+    m_first = new QButtonGroup(this);
+    m_second = new QButtonGroup(this);
+    auto* layout = new QVBoxLayout(this);
+    auto* groups = new QHBoxLayout;
+    groups->addWidget(actionGroup("Frame1", "", m_first, this));
+
+    auto* time = new QVBoxLayout;
+    time->addWidget(new QLabel("Time"));
+    auto* row = new QHBoxLayout;
+    m_text1 = new QLineEdit(QString::fromStdString(model.Text1));
+    m_text1->setObjectName("Text1");
+    m_text1->setMaximumWidth(70);
+    row->addWidget(m_text1);
+    row->addWidget(new QLabel("Sec."));
+    time->addLayout(row);
+    auto* steps = new QHBoxLayout;
+    auto* plus = new QPushButton("+");
+    plus->setObjectName("CmdPlus");
+    auto* minus = new QPushButton("-");
+    minus->setObjectName("CmdMinus");
+    for (auto* b : {plus, minus}) {
+        b->setFixedWidth(32);
+        steps->addWidget(b);
+    }
+    time->addLayout(steps);
+    time->addStretch();
+    groups->addLayout(time);
+    groups->addWidget(actionGroup("Frame2", "2", m_second, this));
+    layout->addLayout(groups);
+
+    auto* buttons = new QHBoxLayout;
+    auto* ok = new QPushButton("OK");
+    ok->setObjectName("OKButton");
+    ok->setDefault(true);
+    auto* cancel = new QPushButton("Cancel");
+    cancel->setObjectName("CancelButton");
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    layout->addLayout(buttons);
+
+    connect(plus, &QPushButton::clicked, this, [this] { act(&Face_time::CmdPlus); });
+    connect(minus, &QPushButton::clicked, this, [this] { act(&Face_time::CmdMinus); });
+    connect(ok, &QPushButton::clicked, this, [this] { act(&Face_time::OKButton); });
+    connect(cancel, &QPushButton::clicked, this, [this] { act(&Face_time::CancelButton); });
+}
+
+// Hands the controls to the model, runs the handler and shows the outcome.
+void FaceTimeDialog::act(void (Face_time::*handler)()) {
+    m_model.Text1 = m_text1->text().toStdString();
+    if (m_first->checkedId() >= 0) m_model.setFirst(static_cast<Face_time::Option>(m_first->checkedId()));
+    if (m_second->checkedId() >= 0) m_model.setSecond(static_cast<Face_time::Option>(m_second->checkedId()));
+    (m_model.*handler)();
+    m_text1->setText(QString::fromStdString(m_model.Text1));
+    if (m_model.closed()) accept();
+}
+
+}  // namespace halvane::app

@@ -1,0 +1,145 @@
+// Face Time: the fill, the gap fill above, the second action, and the stops at a Pause row.
+
+#include "authoring/face_time.h"
+
+#include "program_fixture.h"
+
+namespace halvane {
+namespace {
+
+struct FaceTime : testing::ProgramFixture {
+    // Highlights the cells and presses OK with the given actions (-1 for none) and length.
+    void apply(std::vector<std::pair<int, int>> cells, int first, const std::string& seconds,
+               int second = -1) {
+        for (const auto& [row, col] : cells) {
+            grid().setCellBackColor(row, col, grid().BackColorSel);
+            state.SelRow[static_cast<std::size_t>(col)] = static_cast<std::int16_t>(row);
+        }
+        Face_time dialog(state, grid());
+        if (first >= 0) dialog.setFirst(static_cast<Face_time::Option>(first));
+        if (second >= 0) dialog.setSecond(static_cast<Face_time::Option>(second));
+        dialog.Text1 = seconds;
+        dialog.OKButton();
+        EXPECT_TRUE(dialog.closed());
+    }
+};
+
+TEST_F(FaceTime, WorkedExampleCarriesTheWordDownThenFillsThenAddsTheSecondAction) {
+    put(1, {{3, "Foe"}});
+    apply({{8, 1}}, Face_time::OptFriend, "3", Face_time::OptDown);
+    EXPECT_EQ(column(1, 1, 12), ". . Foe Foe Foe Foe Foe Friend Friend Friend Down .");
+    EXPECT_EQ(grid().cellBackColor(7, 1), colors::Foe);
+    EXPECT_EQ(grid().cellBackColor(9, 1), colors::Friend);
+    EXPECT_EQ(grid().cellBackColor(11, 1), colors::Down);
+    EXPECT_TRUE(state.FileChanged);
+}
+
+TEST_F(FaceTime, EdgeCasesOfTheFill) {
+    struct Case {
+        const char* name;
+        std::vector<std::pair<int, std::string>> before;  // column 1
+        int row;
+        std::string seconds;
+        int second;
+        int from, to;
+        const char* after;
+    };
+    const Case cases[] = {
+        {"row 1 has nothing above", {}, 1, "2", -1, 1, 4, "Edge Edge . ."},
+        {"clipped at the last row, no second action",
+         {},
+         29,
+         "5",
+         Face_time::OptFoe,
+         28,
+         31,
+         ". Edge Edge Edge"},
+        {"second action in the last row", {}, 29, "2", Face_time::OptFoe, 28, 31, ". Edge Edge Foe"},
+        {"zero seconds: second action below, the cell keeps its word",
+         {{5, "Down"}},
+         5,
+         "0",
+         Face_time::OptFoe,
+         4,
+         7,
+         ". Down Foe ."},
+        {"text that is no number counts as zero", {}, 5, "abc", -1, 4, 6, ". . ."},
+        {"a Pause above carries nothing", {{2, "Pause"}}, 5, "1", -1, 1, 6, ". Pause . . Edge ."},
+        {"the nearest word above is carried, not one higher",
+         {{2, "Foe"}, {4, "Down"}},
+         6,
+         "1",
+         -1,
+         1,
+         7,
+         ". Foe . Down Down Edge ."},
+        {"the cell's own old word plays no part", {{6, "Friend"}}, 6, "1", -1, 5, 7, ". Edge ."},
+        {"second action written over a Pause row after the fill",
+         {{8, "Pause"}},
+         6,
+         "2",
+         Face_time::OptFoe,
+         5,
+         9,
+         ". Edge Edge Foe ."},
+    };
+    for (const auto& c : cases) {
+        state.FileChanged = false;
+        SetUp();  // a fresh Program for each case
+        put(1, c.before);
+        apply({{c.row, 1}}, Face_time::OptEdge, c.seconds, c.second);
+        EXPECT_EQ(column(1, c.from, c.to), c.after) << c.name;
+    }
+}
+
+TEST_F(FaceTime, APauseInsideTheFillEndsTheWholeCommand) {
+    put(1, {{7, "Pause"}});
+    put(2, {{7, "Pause"}});
+    apply({{5, 1}, {3, 2}}, Face_time::OptFoe, "5");
+    EXPECT_EQ(column(1, 4, 8), ". Foe Foe Pause .");
+    EXPECT_EQ(column(2, 2, 4), ". . .") << "the columns after the stop stay as they were";
+    EXPECT_TRUE(highlighted(3, 2));
+    EXPECT_TRUE(state.FileChanged);
+}
+
+TEST_F(FaceTime, EachHighlightedCellIsFilledFromItsOwnRow) {
+    apply({{2, 1}, {10, 3}}, Face_time::OptFriend, "2");
+    EXPECT_EQ(column(1, 1, 4), ". Friend Friend .");
+    EXPECT_EQ(column(3, 9, 12), ". Friend Friend .");
+    EXPECT_EQ(state.SelRow[1], 2) << "the highlight book-keeping is left to the caller";
+}
+
+TEST_F(FaceTime, FillAndSecondActionUnmergeTheirRowsButTheGapFillDoesNot) {
+    put(1, {{2, "Foe"}});
+    for (int r : {3, 5, 7}) grid().setMergeRow(r, true);
+    apply({{5, 1}}, Face_time::OptDown, "2", Face_time::OptEdge);
+    EXPECT_TRUE(grid().MergeRow(3));
+    EXPECT_FALSE(grid().MergeRow(5));
+    EXPECT_FALSE(grid().MergeRow(7));
+}
+
+TEST_F(FaceTime, NothingChosenOrNothingHighlightedChangesNothing) {
+    apply({{4, 1}}, -1, "3", Face_time::OptFoe);
+    EXPECT_EQ(column(1, 4, 7), ". . . .");
+    EXPECT_FALSE(state.FileChanged);
+    state.SelRow = {};
+    apply({}, Face_time::OptFoe, "3");
+    EXPECT_FALSE(state.FileChanged);
+}
+
+TEST_F(FaceTime, PlusStopsAtTheSecondsLeftFromTheCurrentRowAndMinusAtOne) {
+    grid().setRow(28);
+    Face_time dialog(state, grid());
+    dialog.CmdPlus();
+    EXPECT_EQ(dialog.Text1, "2");
+    dialog.CmdPlus();
+    EXPECT_EQ(dialog.Text1, "3");
+    dialog.CmdPlus();
+    EXPECT_EQ(dialog.Text1, "3") << "row 28 + 3 reaches the last second";
+    dialog.Text1 = "1";
+    dialog.CmdMinus();
+    EXPECT_EQ(dialog.Text1, "1");
+}
+
+}  // namespace
+}  // namespace halvane

@@ -1,0 +1,180 @@
+// The Setup dialog: what it shows, its buttons' limits, what OK stores, and the switch between
+// Groups and Target Numbers under a changed Program.
+
+#include "authoring/setup_dialog.h"
+
+#include "program_fixture.h"
+#include "temp_dir.h"
+
+namespace halvane {
+namespace {
+
+using testing::readBytes;
+
+struct SetupDialog : testing::ProgramFixture {
+    testing::TempDir dir;
+    void SetUp() override {
+        ProgramFixture::SetUp();
+        state.ConfigFile = dir.file("hvn.cfg");
+    }
+};
+
+TEST_F(SetupDialog, LoadShowsTheSettings) {
+    state.NumCols = 0;
+    state.NumTargets = 0;
+    state.StartBottom = false;
+    state.IconSize = "Huge";
+    state.UseGroups = true;
+    state.TypeNXBox = true;
+    state.TypeVMR4000 = true;  // both set by hand in the file: the last one set wins
+    state.RadioLMC = true;
+    state.LeftClickIF = true;
+    frmDisplay d(form);
+    EXPECT_EQ(d.Txt_NumCols, "0");
+    EXPECT_EQ(d.Txt_NumTargets, "1");
+    EXPECT_TRUE(d.optTop && !d.optBottom);
+    EXPECT_FALSE(d.optSmall || d.OptMed || d.optLarge);
+    EXPECT_TRUE(d.optGroups && !d.optNumbers);
+    EXPECT_TRUE(d.OptVMR && !d.OptNX_Box && !d.OptLM_Series);
+    EXPECT_EQ(d.cb_LMC + 2 * d.cb_USB + 4 * d.cb_Wifi, 1);
+    EXPECT_TRUE(d.optLeftClick && !d.optRightClick);
+    EXPECT_TRUE(d.OldUseGroups);
+}
+
+TEST_F(SetupDialog, PlusAndMinusStopAtTheirLimits) {
+    frmDisplay d(form);
+    d.Txt_NumTargets = "199";
+    d.Txt_NumCols = "29";
+    for (int i = 0; i < 3; ++i) {
+        d.Command10();
+        d.Command8();
+    }
+    EXPECT_EQ(d.Txt_NumTargets, "200");
+    EXPECT_EQ(d.Txt_NumCols, "30");
+    d.Txt_NumTargets = "2";
+    d.Txt_NumCols = "2";
+    for (int i = 0; i < 3; ++i) {
+        d.Command9();
+        d.Command7();
+    }
+    EXPECT_EQ(d.Txt_NumTargets, "1");
+    EXPECT_EQ(d.Txt_NumCols, "1");
+    d.Txt_NumCols = "x";
+    d.Command8();
+    EXPECT_EQ(d.Txt_NumCols, "x");
+    EXPECT_EQ(op.log.back(),
+              "tell: Halvane: Number of Target Per Row: \"x\" is not a number from -32768 to 32767.");
+}
+
+TEST_F(SetupDialog, OkStoresTheKeysInOrderAndSetsTheSettings) {
+    frmDisplay d(form);
+    d.Txt_NumTargets = "0";
+    d.Txt_NumCols = "6";
+    d.set(d.optTop);
+    d.set(d.optLarge);
+    d.set(d.OptLM_Series);
+    d.cb_USB = 1;
+    d.cb_Wifi = 1;
+    d.set(d.optLeftClick);
+    d.OKButton();
+    EXPECT_TRUE(d.closed());
+    EXPECT_EQ(form.Tag, "True");
+    EXPECT_EQ(readBytes(state.ConfigFile),
+              "[Settings]\r\nTargets=0\r\nCols=6\r\nStart Location=Top\r\nIcon=Large\r\nGroups=False\r\n"
+              "NX-Box=False\r\nLM-Series=True\r\nVMR4000=False\r\nLMC-Radio=False\r\nUSB-Radio=True\r\n"
+              "WiFi-Radio=True\r\nLeftClickIF=True\r\n");
+    EXPECT_EQ(state.NumTargets, 1) << "a typed 0 is 1 in memory and 0 in the file";
+    EXPECT_EQ(state.NumCols, 6);
+    EXPECT_FALSE(state.StartBottom);
+    EXPECT_EQ(state.IconSize, "Large");
+    EXPECT_TRUE(state.TypeLMSeries && state.RadioUSB && state.RadioWiFi && !state.RadioLMC);
+    EXPECT_TRUE(state.LeftClickIF);
+    EXPECT_TRUE(state.RightClickIF) << "the right-click flag keeps its start-up value";
+}
+
+TEST_F(SetupDialog, BadNumbersAreRefusedBeforeAnythingChanges) {
+    const struct {
+        const char* targets;
+        const char* cols;
+        const char* message;
+    } cases[] = {
+        {"abc", "4", "Number of Targets (1-200): \"abc\" is not a number from -32768 to 32767."},
+        {"12", "99999", "Number of Target Per Row: \"99999\" is not a number from -32768 to 32767."},
+        {"201", "4", "Number of Targets (1-200): the range has at most 200 targets."},
+    };
+    for (const auto& c : cases) {
+        frmDisplay d(form);
+        d.set(d.optGroups);
+        d.Txt_NumTargets = c.targets;
+        d.Txt_NumCols = c.cols;
+        d.OKButton();
+        EXPECT_FALSE(d.closed()) << c.targets;
+        EXPECT_EQ(op.log.back(), std::string("tell: Halvane: ") + c.message);
+        EXPECT_FALSE(state.UseGroups);
+        EXPECT_EQ(state.NumTargets, 4);
+        EXPECT_FALSE(std::filesystem::exists(state.ConfigFile));
+    }
+}
+
+TEST_F(SetupDialog, SwitchingModeUnderAChangedProgramAsks) {
+    const std::string question =
+        "ask: Halvane: Switching between Groups and Targets will close file. File is Changed do you want to "
+        "save?";
+    state.FileChanged = true;
+    {
+        frmDisplay d(form);
+        d.set(d.optGroups);
+        op.answers = {Answer::Cancel};
+        d.OKButton();
+        EXPECT_EQ(op.log.back(), question);
+        EXPECT_FALSE(d.closed());
+        EXPECT_TRUE(state.UseGroups) << "set before the question, and kept";
+        EXPECT_TRUE(state.GridLoaded);
+        d.CancelButton();
+        EXPECT_EQ(form.Tag, "False");
+    }
+    state.UseGroups = false;
+    {
+        frmDisplay d(form);
+        d.set(d.optGroups);
+        op.answers = {Answer::Yes};
+        op.files = {std::nullopt};  // Cancel in the Save dialog
+        d.OKButton();
+        EXPECT_FALSE(d.closed());
+        EXPECT_EQ(op.log.back(), "save dialog: All Files (*.*)|*.*|Halvane(*.hvn)|*.hvn #2");
+        op.answers = {Answer::No};
+        d.OKButton();
+        EXPECT_TRUE(d.closed());
+        EXPECT_FALSE(state.GridLoaded);
+        EXPECT_FALSE(state.FileChanged);
+        EXPECT_TRUE(form.item("M_Run").enabled) << "this path leaves the Program's menus enabled";
+    }
+}
+
+TEST_F(SetupDialog, AnUnchangedProgramStaysOpenAcrossAModeSwitch) {
+    frmDisplay d(form);
+    d.set(d.optGroups);
+    d.OKButton();
+    EXPECT_TRUE(d.closed());
+    EXPECT_TRUE(state.GridLoaded);
+    EXPECT_TRUE(state.UseGroups);
+}
+
+TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {
+    state.RadioLMC = true;
+    form.applyVisibility(false);
+    op.setupScript.push_back([](frmDisplay& d) {
+        d.cb_LMC = 0;
+        d.OKButton();
+    });
+    form.M_TargetSetup();
+    EXPECT_FALSE(form.item("M_Target").visible);
+    state.RadioLMC = true;
+    op.setupScript.push_back([](frmDisplay& d) { d.CancelButton(); });
+    form.M_TargetSetup();
+    EXPECT_TRUE(form.item("M_Target").visible);
+    EXPECT_EQ(form.Tag, "False");
+}
+
+}  // namespace
+}  // namespace halvane
