@@ -6,8 +6,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include "dialog_parts.h"
 
 #include "authoring/face_time.h"
 
@@ -50,35 +52,23 @@ FaceTimeDialog::FaceTimeDialog(Face_time& model, QWidget* parent) : QDialog(pare
     row->addWidget(new QLabel("Sec."));
     time->addLayout(row);
     auto* steps = new QHBoxLayout;
-    auto* plus = new QPushButton("+");
-    plus->setObjectName("CmdPlus");
-    auto* minus = new QPushButton("-");
-    minus->setObjectName("CmdMinus");
-    for (auto* b : {plus, minus}) {
-        b->setFixedWidth(32);
-        steps->addWidget(b);
-    }
+    auto* plus = stepButton("CmdPlus", "+");
+    auto* minus = stepButton("CmdMinus", "-");
+    steps->addWidget(plus);
+    steps->addWidget(minus);
     time->addLayout(steps);
     time->addStretch();
     groups->addLayout(time);
     groups->addWidget(actionGroup("Frame2", "2", m_second, this));
     layout->addLayout(groups);
 
-    auto* buttons = new QHBoxLayout;
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("OKButton");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("CancelButton");
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons);
+    const OkCancel buttons = okCancelRow();
+    layout->addLayout(buttons.row);
 
     connect(plus, &QPushButton::clicked, this, [this] { act(&Face_time::CmdPlus); });
     connect(minus, &QPushButton::clicked, this, [this] { act(&Face_time::CmdMinus); });
-    connect(ok, &QPushButton::clicked, this, [this] { act(&Face_time::OKButton); });
-    connect(cancel, &QPushButton::clicked, this, [this] { act(&Face_time::CancelButton); });
+    connect(buttons.ok, &QPushButton::clicked, this, [this] { act(&Face_time::OKButton); });
+    connect(buttons.cancel, &QPushButton::clicked, this, [this] { act(&Face_time::CancelButton); });
 }
 
 // Hands the controls to the model, runs the handler and shows the outcome.

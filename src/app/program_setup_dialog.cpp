@@ -6,6 +6,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "dialog_parts.h"
+
 #include "authoring/program_setup.h"
 
 namespace halvane::app {
@@ -20,28 +22,17 @@ ProgramSetupDialog::ProgramSetupDialog(Settings& model, QWidget* parent) : QDial
     m_text1->setMaximumWidth(90);
     layout->addWidget(m_text1, 0, 1);
     layout->addWidget(new QLabel(Settings::Label3), 0, 2);
-    auto* plus = new QPushButton("+");
-    plus->setObjectName("CmdPlus_L");
-    auto* minus = new QPushButton("-");
-    minus->setObjectName("CmdMinus_L");
-    for (auto* b : {plus, minus}) b->setFixedWidth(32);
+    auto* plus = stepButton("CmdPlus_L", "+");
+    auto* minus = stepButton("CmdMinus_L", "-");
     layout->addWidget(plus, 0, 3);
     layout->addWidget(minus, 0, 4);
-    auto* buttons = new QHBoxLayout;
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("OKButton");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("CancelButton");
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons, 1, 0, 1, 5);
+    const OkCancel buttons = okCancelRow();
+    layout->addLayout(buttons.row, 1, 0, 1, 5);
 
     connect(plus, &QPushButton::clicked, this, [this] { act(&Settings::CmdPlus_L); });
     connect(minus, &QPushButton::clicked, this, [this] { act(&Settings::CmdMinus_L); });
-    connect(ok, &QPushButton::clicked, this, [this] { act(&Settings::OKButton); });
-    connect(cancel, &QPushButton::clicked, this, [this] { act(&Settings::CancelButton); });
+    connect(buttons.ok, &QPushButton::clicked, this, [this] { act(&Settings::OKButton); });
+    connect(buttons.cancel, &QPushButton::clicked, this, [this] { act(&Settings::CancelButton); });
 }
 
 // Hands the box's text to the model, runs the handler and shows the outcome.

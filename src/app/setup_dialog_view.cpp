@@ -8,21 +8,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include "dialog_parts.h"
 
 #include "authoring/setup_dialog.h"
 
 namespace halvane::app {
-
-namespace {
-QPushButton* smallButton(const char* name, const char* caption) {
-    auto* button = new QPushButton(caption);
-    button->setObjectName(name);
-    button->setFixedWidth(32);
-    return button;
-}
-}  // namespace
 
 SetupDialog::SetupDialog(frmDisplay& model, QWidget* parent) : QDialog(parent), m_model(model) {
     setWindowTitle(frmDisplay::Caption);
@@ -63,10 +56,10 @@ SetupDialog::SetupDialog(frmDisplay& model, QWidget* parent) : QDialog(parent), 
     m_cols->setObjectName("Txt_NumCols");
     m_targets = new QLineEdit;
     m_targets->setObjectName("Txt_NumTargets");
-    auto* command7 = smallButton("Command7", "-");
-    auto* command8 = smallButton("Command8", "+");
-    auto* command9 = smallButton("Command9", "-");
-    auto* command10 = smallButton("Command10", "+");
+    auto* command7 = stepButton("Command7", "-");
+    auto* command8 = stepButton("Command8", "+");
+    auto* command9 = stepButton("Command9", "-");
+    auto* command10 = stepButton("Command10", "+");
     numbers->addWidget(new QLabel("Number of Target Per Row"), 0, 0, 1, 3);
     numbers->addWidget(command7, 1, 0);
     numbers->addWidget(m_cols, 1, 1);
@@ -100,23 +93,15 @@ SetupDialog::SetupDialog(frmDisplay& model, QWidget* parent) : QDialog(parent), 
                                {"optRightClick", "Right-click", &m_model.optRightClick}}),
                       2, 0);
 
-    auto* buttons = new QHBoxLayout;
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("OKButton");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("CancelButton");
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons, 2, 1, 1, 2, Qt::AlignBottom);
+    const OkCancel buttons = okCancelRow();
+    layout->addLayout(buttons.row, 2, 1, 1, 2, Qt::AlignBottom);
 
     connect(command7, &QPushButton::clicked, this, [this] { act(&frmDisplay::Command7); });
     connect(command8, &QPushButton::clicked, this, [this] { act(&frmDisplay::Command8); });
     connect(command9, &QPushButton::clicked, this, [this] { act(&frmDisplay::Command9); });
     connect(command10, &QPushButton::clicked, this, [this] { act(&frmDisplay::Command10); });
-    connect(ok, &QPushButton::clicked, this, [this] { act(&frmDisplay::OKButton); });
-    connect(cancel, &QPushButton::clicked, this, [this] { act(&frmDisplay::CancelButton); });
+    connect(buttons.ok, &QPushButton::clicked, this, [this] { act(&frmDisplay::OKButton); });
+    connect(buttons.cancel, &QPushButton::clicked, this, [this] { act(&frmDisplay::CancelButton); });
     fromModel();
 }
 

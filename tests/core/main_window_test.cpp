@@ -106,6 +106,13 @@ TEST_F(MainWindow, NewAsksTheLengthAndCreatesTheGrid) {
     EXPECT_TRUE(programMenus());
     EXPECT_EQ(op.log, std::vector<std::string>{"show: Program Setup 30"});
     EXPECT_FALSE(state.FileChanged);
+
+    // The grid follows the window, but not below 780 twips high.
+    form.Resize(9000, 6000);
+    EXPECT_EQ(form.grid()->Height, 6000 - 780);
+    EXPECT_EQ(form.grid()->Width, 9000 - 110);
+    form.Resize(9000, 700);
+    EXPECT_EQ(form.grid()->Height, 6000 - 780);
 }
 
 TEST_F(MainWindow, ProgramSetupCancelZeroAndTooLongChangeNothing) {
@@ -329,15 +336,6 @@ TEST_F(MainWindow, WindowPositionIsRestoredAndNotSavedWhileMinimised) {
     EXPECT_TRUE(f.QueryUnload());
     const auto saved = positions.GetAllSettings("KRV", "Main Form");
     EXPECT_EQ(saved[0], (std::pair<std::string, std::string>{"Left", " 4800"}));
-}
-
-TEST_F(MainWindow, ResizeFitsTheGridUnlessTheWindowIsTooSmall) {
-    newProgram("5");
-    form.Resize(9000, 6000);
-    EXPECT_EQ(form.grid()->Height, 6000 - 780);
-    EXPECT_EQ(form.grid()->Width, 9000 - 110);
-    form.Resize(9000, 700);
-    EXPECT_EQ(form.grid()->Height, 6000 - 780);
 }
 
 TEST_F(MainWindow, ManualOpensTheFirstFileThatExistsAndAboutShowsTheVersion) {
