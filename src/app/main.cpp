@@ -10,6 +10,7 @@
 #include "authoring/main_window.h"
 #include "authoring/startup.h"
 #include "main_window_view.h"
+#include "platform/console_links.h"
 #include "platform/qt_operator.h"
 #include "platform/settings_position_store.h"
 
@@ -44,6 +45,8 @@ int main(int argc, char** argv) {
                              (exeDir / "../share/doc/halvane/manual.html").string(),
                              (exeDir / "../docs/manual.html").string()}};
     Form1 form(state, op, positions, manuals);
+    app::ConsoleLinks links(state, op);
+    form.attachLinks(&links.comPort(), &links.wifi());
     app::MainWindowView window(form);
     op.setParentWindow(&window);
     op.setPopupHandler([&window](const std::string& menu) { return window.popup(menu); });

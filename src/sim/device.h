@@ -15,16 +15,16 @@ using TimePoint = Clock::time_point;
 
 // Faults a device can be told to show, to rehearse and test the console's failure paths.
 struct Faults {
-    bool silent = false;                   // reads everything, answers nothing
-    bool wrongSum = false;                 // transmitter: every sum it sends is off by one
-    int refuseBlock = 0;                   // transmitter: refuses the N-th block of a send (0: never)
-    std::chrono::milliseconds lateBy{0};   // every reply starts this much later than it would
-    bool splitReplies = false;             // every reply comes in two pieces, 50 ms apart
-    int dropAfterFrames = 0;               // Wi-Fi bridge: closes the connection after N frames (0: never)
+    bool silent = false;                  // reads everything, answers nothing
+    bool wrongSum = false;                // transmitter: every sum it sends is off by one
+    int refuseBlock = 0;                  // transmitter: refuses the N-th block of a send (0: never)
+    std::chrono::milliseconds lateBy{0};  // every reply starts this much later than it would
+    bool splitReplies = false;            // every reply comes in two pieces, 50 ms apart
+    int dropAfterFrames = 0;              // Wi-Fi bridge: closes the connection after N frames (0: never)
 };
 
 class Device {
-public:
+  public:
     virtual ~Device() = default;
     // A short name for the log ("transmitter", "radio", "line controller", "wifi").
     virtual std::string name() const = 0;

@@ -13,6 +13,7 @@
 #include "authoring/program_setup.h"
 #include "authoring/setup_dialog.h"
 #include "authoring/window_position.h"
+#include "links/ethernet_setup.h"
 
 namespace halvane::testing {
 
@@ -50,6 +51,9 @@ class ScriptedOperator : public Operator {
     }
     void showModal(Face_time& dialog) override { play(faceTimeScript, dialog, Face_time::Caption); }
     void showModal(frmDisplay& dialog) override { play(setupScript, dialog, frmDisplay::Caption); }
+    void showModal(frmEthernetSetup& dialog) override {
+        play(ethernetScript, dialog, frmEthernetSetup::Caption);
+    }
     std::string showPopup(const std::string& menu) override {
         log.push_back("popup: " + menu);
         if (popupChoices.empty()) return "";
@@ -62,6 +66,7 @@ class ScriptedOperator : public Operator {
     using Script = std::function<void(Dialog&)>;
     std::deque<Script<Face_time>> faceTimeScript;
     std::deque<Script<frmDisplay>> setupScript;
+    std::deque<Script<frmEthernetSetup>> ethernetScript;
     std::deque<std::string> popupChoices;  // "" closes the popup with no choice
 
     // Scripts for the Program Setup dialog.

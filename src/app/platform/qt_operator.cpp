@@ -8,6 +8,7 @@
 #include <QUrl>
 
 #include "about_dialog.h"
+#include "ethernet_setup_dialog.h"
 #include "face_time_dialog.h"
 #include "program_setup_dialog.h"
 #include "setup_dialog_view.h"
@@ -82,6 +83,15 @@ void QtOperator::showModal(Face_time& dialog) {
 void QtOperator::showModal(frmDisplay& dialog) {
     SetupDialog view(dialog, m_parent);
     view.exec();
+}
+
+void QtOperator::showModal(frmEthernetSetup& dialog) {
+    EthernetSetupDialog view(dialog, m_parent);
+    view.exec();
+}
+
+void QtOperator::critical(const std::string& text, const std::string& title) {
+    QMessageBox::critical(m_parent, QString::fromStdString(title), QString::fromStdString(text));
 }
 
 std::string QtOperator::showPopup(const std::string& menu) {

@@ -15,6 +15,7 @@ class QtOperator : public Operator {
     void setParentWindow(QWidget* parent) { m_parent = parent; }
 
     void tell(const std::string& text, const std::string& title) override;
+    void critical(const std::string& text, const std::string& title) override;
     Answer ask(const std::string& text, const std::string& title, Buttons buttons) override;
     std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) override;
     std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup& setup) override;
@@ -23,6 +24,7 @@ class QtOperator : public Operator {
     void showModal(AboutBox& dialog) override;
     void showModal(Face_time& dialog) override;
     void showModal(frmDisplay& dialog) override;
+    void showModal(frmEthernetSetup& dialog) override;
     std::string showPopup(const std::string& menu) override;
     // The window that owns the popup menus shows them.
     void setPopupHandler(std::function<std::string(const std::string&)> handler) {

@@ -9,6 +9,8 @@
 #include "authoring/program_setup.h"
 #include "authoring/setup_dialog.h"
 #include "fault.h"
+#include "links/ethernet_setup.h"
+#include "links/wifi_link.h"
 
 namespace halvane {
 
@@ -134,18 +136,20 @@ bool Form1::QueryUnload() {
 }
 
 void Form1::Unload() {
+    if (m_wifi && m_wifi->state() == TcpSocket::Connected) m_wifi->EthernetDisconnect();
     m_ending = Ending::Now;
 }
 
 void Form1::run(std::string_view name) {
     using Command = void (Form1::*)();
     static constexpr std::pair<std::string_view, Command> kCommands[] = {
-        {"M_New", &Form1::M_New},         {"M_Open", &Form1::M_Open},
-        {"M_Close", &Form1::M_Close},     {"M_Save", &Form1::M_Save},
-        {"M_Save_As", &Form1::M_Save_As}, {"M_Exit", &Form1::M_Exit},
-        {"M_Time", &Form1::M_Time},       {"M_Manual", &Form1::M_Manual},
-        {"M_About", &Form1::M_About},     {"M_TargetSetup", &Form1::M_TargetSetup},
-        {"M_Face", &Form1::M_Face},       {"M_Pause", &Form1::M_Pause},
+        {"M_New", &Form1::M_New},           {"M_Open", &Form1::M_Open},
+        {"M_Close", &Form1::M_Close},       {"M_Save", &Form1::M_Save},
+        {"M_Save_As", &Form1::M_Save_As},   {"M_Exit", &Form1::M_Exit},
+        {"M_Time", &Form1::M_Time},         {"M_Manual", &Form1::M_Manual},
+        {"M_About", &Form1::M_About},       {"M_TargetSetup", &Form1::M_TargetSetup},
+        {"M_Face", &Form1::M_Face},         {"M_Pause", &Form1::M_Pause},
+        {"M_Ethernet", &Form1::M_Ethernet},
     };
     for (const auto& [item, command] : kCommands)
         if (item == name) return guarded(command);
@@ -369,6 +373,13 @@ void Form1::M_TargetSetup() {
     // With "True" and LM Series the range layout window follows here, once the range view exists.
     applyVisibility(true);
     ++m_gridGeneration;
+}
+
+void Form1::M_Ethernet() {
+    if (!m_wifi) return;
+    frmEthernetSetup dialog(*m_wifi, m_state.ConfigFile);
+    m_operator.showModal(dialog);
+    if (!dialog.Unload()) tell("The Wi-Fi settings could not be written to " + m_state.ConfigFile + ".");
 }
 
 void Form1::M_About() {

@@ -14,6 +14,9 @@
 
 namespace halvane {
 
+class ComPortModule;
+class WifiLink;
+
 // Where the window finds the operator's manual: the first of these files that exists is opened.
 struct ManualLocations {
     std::vector<std::string> candidates;
@@ -45,6 +48,13 @@ class Form1 {
     void M_Manual();
     void M_About();
     void M_TargetSetup();
+    void M_Ethernet();
+
+    // The device links the window reaches: the shared serial line and the Wi-Fi link.
+    void attachLinks(ComPortModule* comPort, WifiLink* wifi) {
+        m_comPort = comPort;
+        m_wifi = wifi;
+    }
 
     // The grid's events and the popup's commands. Buttons: 1 left, 2 right, 4 middle; shift: 1 Shift,
     // 2 Ctrl, 4 Alt. The mouse row and column are the grid cell under the pointer.
@@ -107,6 +117,8 @@ class Form1 {
 
     SharedState& m_state;
     Operator& m_operator;
+    ComPortModule* m_comPort = nullptr;
+    WifiLink* m_wifi = nullptr;
     PositionStore& m_positions;
     ManualLocations m_manuals;
     std::vector<MenuItem> m_menu;

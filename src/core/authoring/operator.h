@@ -10,6 +10,7 @@ class Settings;
 class AboutBox;
 class Face_time;
 class frmDisplay;
+class frmEthernetSetup;
 
 enum class Answer { Ok, Yes, No, Cancel };
 enum class Buttons { Ok, YesNo, YesNoCancel };
@@ -32,6 +33,8 @@ class Operator {
     virtual ~Operator() = default;
     // A message box with one OK button.
     virtual void tell(const std::string& text, const std::string& title) = 0;
+    // A message box with the critical icon: a device or link failed.
+    virtual void critical(const std::string& text, const std::string& title) { tell(text, title); }
     virtual Answer ask(const std::string& text, const std::string& title, Buttons buttons) = 0;
     // Nothing when the operator cancels the dialog.
     virtual std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) = 0;
@@ -43,6 +46,7 @@ class Operator {
     virtual void showModal(AboutBox& dialog) = 0;
     virtual void showModal(Face_time& dialog) = 0;
     virtual void showModal(frmDisplay& dialog) = 0;
+    virtual void showModal(frmEthernetSetup& dialog) = 0;
     // Shows a popup menu at the pointer and waits for it to close; the name of the item chosen, or
     // "" when none was.
     virtual std::string showPopup(const std::string& menu) = 0;

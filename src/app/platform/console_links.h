@@ -1,0 +1,35 @@
+#pragma once
+// The console's device links, one of each for the whole run: the shared serial line and the Wi-Fi link.
+
+#include "links/com_port.h"
+#include "links/port_names.h"
+#include "links/wifi_link.h"
+#include "platform/qt_serial_port.h"
+#include "platform/qt_tcp_socket.h"
+
+namespace halvane {
+class Operator;
+struct SharedState;
+}  // namespace halvane
+
+namespace halvane::app {
+
+class ConsoleLinks {
+  public:
+    // Port names come from the configuration file; the Wi-Fi server fields from the state read at start-up.
+    ConsoleLinks(SharedState& state, Operator& op);
+
+    ComPortModule& comPort() { return m_comPort; }
+    WifiLink& wifi() { return m_wifi; }
+    QtSerialPort& serialPort() { return m_serial; }
+    PortNames& portNames() { return m_names; }
+
+  private:
+    QtSerialPort m_serial;
+    PortNames m_names;
+    ComPortModule m_comPort;
+    QtTcpSocket m_socket;
+    WifiLink m_wifi;
+};
+
+}  // namespace halvane::app

@@ -1,0 +1,71 @@
+#include "platform/qt_serial_port.h"
+
+namespace halvane::app {
+
+QtSerialPort::QtSerialPort(QObject* parent) : QObject(parent) {
+    connect(&m_port, &QSerialPort::readyRead, this, &QtSerialPort::bytesArrived);
+    connect(&m_port, &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError error) {
+        // A vanished line reports its error over and over until the port is closed.
+        if (error == QSerialPort::ResourceError && m_port.isOpen()) {
+            const QString why = m_port.errorString();
+            m_port.close();
+            emit lost(why);
+        }
+    });
+}
+
+bool QtSerialPort::open(const std::string& deviceName) {
+    if (m_port.isOpen()) return false;
+    m_port.setPortName(QString::fromStdString(deviceName));
+    m_port.setBaudRate(QSerialPort::Baud9600);
+    m_port.setDataBits(QSerialPort::Data8);
+    m_port.setParity(QSerialPort::NoParity);
+    m_port.setStopBits(QSerialPort::OneStop);
+    m_port.setFlowControl(QSerialPort::NoFlowControl);
+    return m_port.open(QIODevice::ReadWrite);
+}
+
+void QtSerialPort::close() {
+    if (m_port.isOpen()) m_port.close();
+}
+
+bool QtSerialPort::isOpen() const {
+    return m_port.isOpen();
+}
+
+std::string QtSerialPort::deviceName() const {
+    return m_port.isOpen() ? m_port.portName().toStdString() : std::string();
+}
+
+void QtSerialPort::write(std::string_view bytes) {
+    if (m_port.isOpen()) m_port.write(bytes.data(), static_cast<qint64>(bytes.size()));
+}
+
+std::size_t QtSerialPort::bytesAvailable() const {
+    return m_port.isOpen() ? static_cast<std::size_t>(m_port.bytesAvailable()) : 0;
+}
+
+std::string QtSerialPort::read(std::size_t max) {
+    const QByteArray bytes = m_port.read(static_cast<qint64>(max));
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+}
+
+void QtSerialPort::dropInput() {
+    if (!m_port.isOpen()) return;
+    m_port.clear(QSerialPort::Input);
+    m_port.readAll();
+}
+
+void QtSerialPort::dropOutput() {
+    if (m_port.isOpen()) m_port.clear(QSerialPort::Output);
+}
+
+void QtSerialPort::setRts(bool on) {
+    if (m_port.isOpen()) m_port.setRequestToSend(on);
+}
+
+void QtSerialPort::setDtr(bool on) {
+    if (m_port.isOpen()) m_port.setDataTerminalReady(on);
+}
+
+}  // namespace halvane::app
