@@ -1,0 +1,96 @@
+#pragma once
+// What the end-to-end tests share: a console's side of a pty or a socket, and a scratch folder.
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <sys/socket.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "sim/server/unique_fd.h"
+
+namespace halvane::e2e {
+
+using namespace std::chrono_literals;
+using sim::UniqueFd;
+
+// The pty opened as the console opens it: raw, 9600 8N1.
+inline UniqueFd openLine(const std::filesystem::path& path) {
+    UniqueFd fd(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    termios tio{};
+    if (fd && ::tcgetattr(fd.get(), &tio) == 0) {
+        ::cfmakeraw(&tio);
+        ::cfsetspeed(&tio, B9600);
+        ::tcsetattr(fd.get(), TCSANOW, &tio);
+    }
+    return fd;
+}
+
+inline UniqueFd connectLoopback(std::uint16_t port) {
+    UniqueFd fd(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    if (::connect(fd.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) fd.reset();
+    return fd;
+}
+
+inline void writeAll(int fd, const std::string& bytes) {
+    for (std::size_t done = 0; done < bytes.size();) {
+        const auto n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n > 0)
+            done += static_cast<std::size_t>(n);
+        else if (n < 0 && errno != EAGAIN && errno != EINTR)
+            return;
+        else
+            ::poll(nullptr, 0, 1);
+    }
+}
+
+// Reads until `count` bytes have come, the far end closes, or `timeout` passes; with `oneRead`, takes
+// what the first read brings.
+inline std::string readFor(int fd, std::size_t count, std::chrono::milliseconds timeout = 3000ms,
+                           bool oneRead = false) {
+    const auto end = std::chrono::steady_clock::now() + timeout;
+    std::string bytes;
+    while (bytes.size() < count) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        pollfd pfd{fd, POLLIN, 0};
+        if (left.count() <= 0 || ::poll(&pfd, 1, static_cast<int>(left.count())) <= 0) break;
+        char buffer[4096];
+        const auto n = ::read(fd, buffer, std::min(sizeof buffer, count - bytes.size()));
+        if (n <= 0) break;
+        bytes.append(buffer, static_cast<std::size_t>(n));
+        if (oneRead) break;
+    }
+    return bytes;
+}
+
+// A fresh folder under the system's temporary folder, removed with everything in it at the end.
+class ScratchDir {
+  public:
+    ScratchDir() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "halvane-e2e-XXXXXX").string();
+        if (const char* made = ::mkdtemp(pattern.data())) m_path = made;
+    }
+    ~ScratchDir() {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    const std::filesystem::path& path() const { return m_path; }
+
+  private:
+    std::filesystem::path m_path;
+};
+
+}  // namespace halvane::e2e

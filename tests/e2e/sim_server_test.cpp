@@ -1,0 +1,270 @@
+// The server over real pseudo-terminals and a real loopback socket, against small stand-in devices.
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "e2e_support.h"
+#include "sim/server/sim_server.h"
+
+namespace halvane::e2e {
+namespace {
+
+using sim::Clock;
+using sim::LogEntry;
+using sim::SimServer;
+using sim::TimePoint;
+
+// A stand-in device: an optional hello, then for each piece received whatever `answer` makes of it,
+// `delay` later; asks to hang up once it has been sent "Q".
+class ScriptedDevice : public sim::Device {
+  public:
+    using Answer = std::function<std::string(std::string_view)>;
+    static std::string echo(std::string_view bytes) { return std::string(bytes); }
+
+    explicit ScriptedDevice(std::string hello = {}, std::chrono::milliseconds delay = 0ms,
+                            Answer answer = echo)
+        : m_delay(delay), m_answer(std::move(answer)) {
+        if (!hello.empty()) m_due.push_back({Clock::now() + delay, std::move(hello)});
+    }
+    std::string name() const override { return "scripted"; }
+    void receive(std::string_view bytes, TimePoint now) override {
+        if (bytes == "Q")
+            m_close = true;
+        else if (auto reply = m_answer(bytes); !reply.empty())
+            m_due.push_back({now + m_delay, std::move(reply)});
+    }
+    std::vector<std::string> takeDue(TimePoint now) override {
+        std::vector<std::string> chunks;
+        for (; !m_due.empty() && m_due.front().first <= now; m_due.pop_front())
+            chunks.push_back(std::move(m_due.front().second));
+        return chunks;
+    }
+    std::optional<TimePoint> nextDue() const override {
+        return m_due.empty() ? std::nullopt : std::optional(m_due.front().first);
+    }
+    bool wantsClose() const override { return m_close; }
+
+  private:
+    std::chrono::milliseconds m_delay;
+    Answer m_answer;
+    std::deque<std::pair<TimePoint, std::string>> m_due;
+    bool m_close = false;
+};
+
+// The frame log as the server thread writes it, read from the test's thread.
+class LogRecorder {
+  public:
+    SimServer::LogSink sink() {
+        return [this](const LogEntry& entry) {
+            std::lock_guard lock(m_mutex);
+            m_entries.push_back(entry);
+        };
+    }
+    // Every chunk of one direction, end to end; or every note, one per line.
+    std::string all(LogEntry::Kind kind) const {
+        std::lock_guard lock(m_mutex);
+        std::string joined;
+        for (const auto& entry : m_entries)
+            if (entry.kind == kind)
+                joined += entry.device + (kind == LogEntry::Kind::Note ? " " : "") + entry.bytes +
+                          (kind == LogEntry::Kind::Note ? "\n" : "");
+        return joined;
+    }
+
+    bool waitFor(LogEntry::Kind kind, const std::string& joined) const {
+        for (const auto end = Clock::now() + 3s; Clock::now() < end; std::this_thread::sleep_for(1ms))
+            if (all(kind) == joined) return true;
+        return false;
+    }
+
+  private:
+    mutable std::mutex m_mutex;
+    std::vector<LogEntry> m_entries;
+};
+
+// run() on a thread of its own for one test, stopped and joined however the test ends.
+class Running {
+  public:
+    explicit Running(SimServer& server) : m_server(server), m_thread([&server] { server.run(); }) {}
+    ~Running() {
+        m_server.stop();
+        m_thread.join();
+    }
+
+  private:
+    SimServer& m_server;
+    std::thread m_thread;
+};
+
+std::string everyByteValue() {
+    std::string bytes;
+    for (int value = 0; value < 256; ++value) bytes += static_cast<char>(value);
+    return bytes;
+}
+
+// The device speaks first, before any console has the line open and has made it raw: that is when the
+// tty layer would otherwise mangle control bytes and echo them back to the device.
+TEST(SimServer, EveryByteValueCrossesThePtyUnchangedBothWaysThroughItsLink) {
+    ScratchDir scratch;
+    const auto link = scratch.path() / "links" / "echo";
+    const auto all = everyByteValue();
+    {
+        SimServer server({.pace = false, .linkDir = scratch.path() / "links"});
+        const auto slave = server.addPty("echo", std::make_unique<ScriptedDevice>(all));
+        EXPECT_EQ(server.ptyPath("echo"), slave);
+        EXPECT_EQ(server.linkPath("echo"), link);
+        EXPECT_EQ(std::filesystem::read_symlink(link), slave);
+        LogRecorder log;
+        server.setLog(log.sink());
+        Running running(server);
+        ASSERT_TRUE(log.waitFor(LogEntry::Kind::ToConsole, "scripted" + all));
+        std::this_thread::sleep_for(20ms);  // for any echo from the tty to reach the device
+
+        const auto line = openLine(link);
+        ASSERT_TRUE(line);
+        EXPECT_EQ(readFor(line.get(), all.size()), all);
+        writeAll(line.get(), all);
+        EXPECT_EQ(readFor(line.get(), all.size()), all);
+        EXPECT_EQ(log.all(LogEntry::Kind::ToDevice), "scripted" + all);
+    }
+    EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(link)));
+}
+
+TEST(SimServer, ConsoleClosingAndReopeningThePtyKeepsItServing) {
+    SimServer server;
+    const auto slave = server.addPty("echo", std::make_unique<ScriptedDevice>());
+    Running running(server);
+    for (const std::string ping : {"first", "second", "third"}) {
+        {
+            const auto line = openLine(slave);
+            ASSERT_TRUE(line) << ping;
+            writeAll(line.get(), ping);
+            EXPECT_EQ(readFor(line.get(), ping.size()), ping);
+        }
+        // With the console gone the server sleeps, rather than spin on the hung-up line.
+        const auto cpuBefore = std::clock();
+        std::this_thread::sleep_for(100ms);
+        EXPECT_LT(std::clock() - cpuBefore, CLOCKS_PER_SEC / 50) << ping;
+    }
+}
+
+TEST(SimServer, EachTcpConnectionGetsItsOwnDeviceWithItsHelloAloneThenRepliesUntilItHangsUp) {
+    SimServer server;
+    LogRecorder log;
+    server.setLog(log.sink());
+    const auto port =
+        server.listenTcp([] { return std::make_unique<ScriptedDevice>(std::string("*KRV_CONN*")); });
+    EXPECT_NE(port, 0);
+    EXPECT_EQ(server.tcpPort(), port);
+    Running running(server);
+
+    const auto first = connectLoopback(port);
+    const auto second = connectLoopback(port);
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(readFor(first.get(), 64, 3000ms, true), "*KRV_CONN*");
+    EXPECT_EQ(readFor(second.get(), 64, 3000ms, true), "*KRV_CONN*");
+    const std::string frame("\0\xF3\x01", 3);
+    writeAll(first.get(), frame);
+    EXPECT_EQ(readFor(first.get(), frame.size()), frame);
+
+    writeAll(first.get(), "Q");
+    EXPECT_EQ(readFor(first.get(), 1), "") << "the device asked to hang up";
+    writeAll(second.get(), frame);
+    EXPECT_EQ(readFor(second.get(), frame.size()), frame);
+    EXPECT_EQ(log.all(LogEntry::Kind::Note),
+              "scripted#1 connected\nscripted#2 connected\nscripted#1 closed by the device\n");
+}
+
+TEST(SimServer, LateReplyArrivesLate) {
+    SimServer server;
+    const auto slave = server.addPty("late", std::make_unique<ScriptedDevice>("", 200ms));
+    Running running(server);
+    const auto line = openLine(slave);
+    const auto sent = Clock::now();
+    writeAll(line.get(), "?");
+    EXPECT_EQ(readFor(line.get(), 1), "?");
+    const auto took = Clock::now() - sent;
+    EXPECT_GE(took, 200ms);
+    EXPECT_LT(took, 1500ms);
+}
+
+// 192 bytes over a 9600-baud line take 200 ms, each way; unpaced they take next to nothing.
+TEST(SimServer, PacingGivesEachDirectionRealLineTime) {
+    const auto byteTime = std::chrono::duration<double, std::milli>(10.0 / 9.6);
+    constexpr std::size_t kBytes = 192;
+    const auto burst = [](std::string_view) { return std::string(kBytes, '\x55'); };
+    const auto afterAll = [received = std::size_t{0}](std::string_view bytes) mutable {
+        received += bytes.size();
+        return received == kBytes ? std::string("!") : std::string();
+    };
+    struct Case {
+        const char* what;
+        bool pace;
+        ScriptedDevice::Answer answer;
+        std::string send;
+        std::size_t expect;
+    };
+    const Case cases[] = {
+        {"to the console", true, burst, "?", kBytes},
+        {"to the device", true, afterAll, std::string(kBytes, '\xAA'), 1},
+        {"unpaced", false, burst, "?", kBytes},
+    };
+    for (const auto& test : cases) {
+        SimServer server({.pace = test.pace, .linkDir = {}});
+        const auto slave = server.addPty("paced", std::make_unique<ScriptedDevice>("", 0ms, test.answer));
+        Running running(server);
+        const auto line = openLine(slave);
+        const auto sent = Clock::now();
+        writeAll(line.get(), test.send);
+        const auto first = readFor(line.get(), 1);
+        const auto firstAt = Clock::now() - sent;
+        EXPECT_EQ(first.size() + readFor(line.get(), test.expect - 1).size(), test.expect) << test.what;
+        const auto took = Clock::now() - sent;
+        if (test.pace) {
+            EXPECT_GE(took, (kBytes + 1) * byteTime) << test.what;
+            EXPECT_LT(took, (kBytes + 1) * byteTime + 500ms) << test.what;
+            if (test.expect > 1) {
+                EXPECT_LT(firstAt, 100ms) << "bytes leave one by one, not in a lump at the end";
+            }
+        } else {
+            EXPECT_LT(took, kBytes * byteTime / 2) << test.what;
+        }
+    }
+}
+
+TEST(SimServer, StopEndsRunPromptlyWhateverItWaitsFor) {
+    {
+        SimServer stoppedFirst;
+        stoppedFirst.stop();
+        stoppedFirst.run();  // returns at once, or the test hangs
+    }
+    SimServer server;
+    server.addPty("sleepy", std::make_unique<ScriptedDevice>("hello", 3600s));
+    server.listenTcp([] { return std::make_unique<ScriptedDevice>(); });
+    std::thread thread([&server] { server.run(); });
+    std::this_thread::sleep_for(50ms);
+    const auto stopping = Clock::now();
+    server.stop();
+    thread.join();
+    EXPECT_LT(Clock::now() - stopping, 500ms);
+}
+
+TEST(SimServer, FrameLogLinesGiveSecondsToTheMillisecondDeviceDirectionAndHex) {
+    const struct {
+        LogEntry entry;
+        const char* line;
+    } cases[] = {
+        {{1234ms, "transmitter", LogEntry::Kind::ToDevice, std::string("S\x01\x00\xFF", 4)},
+         "1.234 transmitter in 53 01 00 FF"},
+        {{5ms, "radio", LogEntry::Kind::ToConsole, "OK\r"}, "0.005 radio out 4F 4B 0D"},
+        {{61000ms, "wifi#2", LogEntry::Kind::Note, "connected"}, "61.000 wifi#2 -- connected"},
+    };
+    for (const auto& test : cases) EXPECT_EQ(sim::formatLogEntry(test.entry), test.line);
+}
+
+}  // namespace
+}  // namespace halvane::e2e
