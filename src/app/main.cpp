@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QIcon>
 #include <QMessageBox>
+#include <memory>
 
 #include "authoring/about_box.h"
 #include "authoring/main_window.h"
@@ -13,6 +14,8 @@
 #include "platform/console_links.h"
 #include "platform/qt_operator.h"
 #include "platform/settings_position_store.h"
+#include "simulation/range_window.h"
+#include "simulation/simulated_range.h"
 
 using namespace halvane;
 
@@ -29,11 +32,26 @@ int main(int argc, char** argv) {
     QCommandLineOption configOption("config", "Read and write the settings in FILE instead of hvn.cfg.",
                                     "FILE");
     parser.addOption(configOption);
+    QCommandLineOption simulateOption(
+        "simulate", "Start on a simulated range (transmitter, radio modem, line controller, Wi-Fi bridge and "
+                    "8 targets) with settings of its own; the operator's hvn.cfg is not touched.");
+    parser.addOption(simulateOption);
     parser.process(app);
 
     std::optional<std::filesystem::path> configOverride;
     if (parser.isSet(configOption)) configOverride = parser.value(configOption).toStdString();
     const auto exeDir = executableDir();
+
+    std::unique_ptr<app::SimulatedRange> simulation;
+    if (parser.isSet(simulateOption)) {
+        simulation = std::make_unique<app::SimulatedRange>();
+        std::string error;
+        if (!simulation->start(error)) {
+            QMessageBox::critical(nullptr, kAppTitle, QString::fromStdString("The simulated range could not start: " + error));
+            return 1;
+        }
+        configOverride = simulation->configFile();
+    }
 
     SharedState state;
     const auto configFile = locateConfig(exeDir, userConfigDir(), configOverride);
@@ -51,6 +69,12 @@ int main(int argc, char** argv) {
     op.setParentWindow(&window);
     op.setPopupHandler([&window](const std::string& menu) { return window.popup(menu); });
     window.show();
+    std::unique_ptr<app::RangeWindow> rangeWindow;
+    if (simulation) {
+        rangeWindow = std::make_unique<app::RangeWindow>(*simulation);
+        rangeWindow->move(window.frameGeometry().right() + 12, window.frameGeometry().top());
+        rangeWindow->show();
+    }
 
     if (!report.badKeys.empty()) {
         std::string text = "Some settings in " + configFile.string() + " could not be used as they stand:\n";
