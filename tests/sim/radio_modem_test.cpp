@@ -1,0 +1,110 @@
+// The radio modem: the "+++" escape and its guard, the AT lines, and its transparency to the targets.
+
+#include "sim/radio_modem.h"
+
+#include "sim/devices.h"
+#include "sim_support.h"
+
+namespace halvane::sim {
+namespace {
+
+using testing::at;
+using testing::describe;
+using testing::dueHex;
+using testing::exchange;
+using testing::hex;
+using testing::hexOf;
+using testing::run;
+using testing::Step;
+
+TEST(RadioModem, EscapeNeedsItsGuardOnBothSides) {
+    struct Case {
+        const char* name;
+        std::vector<Step> steps;
+        bool commandMode;
+    };
+    const Case cases[] = {
+        {"the console's probe", {{0, "+++", ""}, {99, "", ""}, {100, "", "OK\r"}}, true},
+        {"a plus at a time", {{0, "+", ""}, {30, "+", ""}, {60, "+", ""}, {160, "", "OK\r"}}, true},
+        {"a byte inside the guard after", {{0, "+++", ""}, {50, "\xF3\x01", ""}, {500, "", ""}}, false},
+        {"no guard before", {{0, "\xF3\x01", ""}, {50, "+++", ""}, {500, "", ""}}, false},
+        {"a fourth plus", {{0, "++++", ""}, {500, "", ""}}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Range range(1);
+        RadioModem modem(range, {});
+        run(modem, c.steps);
+        EXPECT_EQ(modem.inCommandMode(), c.commandMode);
+    }
+}
+
+TEST(RadioModem, AtLinesReadAndSetTheChannel) {
+    Range range(3);
+    RadioModem modem(range, {});
+    run(modem, {
+                   {0, "+++", ""},
+                   {100, "", "OK\r"},
+                   {200, "ATHP\r", "0\r"},
+                   {300, "ATHP7\r", "ERROR\r"},
+                   {310, "ATXY\r\r\nAT\r", "ERROR\rOK\r"},
+                   {1200, "ATHP3\rATWR\rATCN\r", "OK\rOK\rOK\r"},  // the radio setup's burst
+                   {1300, "\xFA\x01", ""},                         // channel 3: no target hears it
+                   {3000, "+++", ""},
+                   {3100, "", "OK\r"},
+                   {3200, "athp\r", "3\r"},
+                   {3300, "ATCN\r\n", "OK\r"},  // the probe's ATCN, LF and all
+                   {4000, "+++", ""},
+                   {4100, "", "OK\r"},
+                   {14099, "AT\r", "OK\r"},  // just inside ten quiet seconds
+                   {24099, "ATHP\r", ""},    // ten quiet seconds: back in data mode
+               });
+    EXPECT_EQ(modem.channel(), 3);
+    EXPECT_FALSE(modem.inCommandMode());
+}
+
+TEST(RadioModem, DataGoesToTheTargetsOnItsChannel) {
+    Range range(3);
+    range.addHit(1);
+    range.withTargets([](std::vector<Target>& ts) { ts[2].parameters[parameter::kChannel] = 2; });
+    auto modem = makeRadioModem(range, {});
+    EXPECT_EQ(hexOf(exchange(*modem, hex("F3 E7 FA 01 FA 03"), at(0))), "EA 01");
+    EXPECT_EQ(describe(range), "F1 F0 D0@2");
+    exchange(*modem, "+++", at(1000));
+    EXPECT_EQ(exchange(*modem, "", at(1100)), "OK\r");
+    EXPECT_EQ(exchange(*modem, "ATHP2\rATCN\r", at(1200)), "OK\rOK\r");
+    EXPECT_EQ(hexOf(exchange(*modem, hex("F6 01 00 03 13 ED F2 E7"), at(1300))), "F6 03 01 00 03 02");
+    EXPECT_EQ(describe(range), "F1 F0 O0@2");
+}
+
+TEST(RadioModem, FaultsBendItsAnswers) {
+    Range range(1);
+    Faults split, late, silent;
+    split.splitReplies = true;
+    late.lateBy = std::chrono::milliseconds(200);
+    silent.silent = true;
+
+    auto modem = makeRadioModem(range, split);
+    modem->receive("+++", at(0));
+    EXPECT_EQ(modem->nextDue(), at(100));
+    EXPECT_EQ(dueHex(*modem, at(149)), "4F");
+    EXPECT_EQ(dueHex(*modem, at(150)), "4B 0D");
+    modem->receive(hex("F3 01"), at(1000));  // in command mode: not on the air
+    modem->receive("X\rATCN\r", at(1000));
+    EXPECT_EQ(dueHex(*modem, at(1100)), "45 52 52 | 4F 52 0D | 4F | 4B 0D");
+    EXPECT_EQ(describe(range), "D0");
+
+    modem = makeRadioModem(range, late);
+    modem->receive(hex("FA 01"), at(0));
+    EXPECT_EQ(modem->nextDue(), at(200));
+    EXPECT_EQ(dueHex(*modem, at(199)), "");
+    EXPECT_EQ(dueHex(*modem, at(200)), "EA 00");
+
+    modem = makeRadioModem(range, silent);
+    run(*modem, {{0, "+++", ""}, {100, "", ""}, {200, "ATCN\r", ""}, {300, hex("F3 01 FA 01"), ""}});
+    EXPECT_FALSE(modem->nextDue());
+    EXPECT_EQ(describe(range), "F0");  // what it hears still goes on the air
+}
+
+}  // namespace
+}  // namespace halvane::sim

@@ -1,0 +1,90 @@
+#pragma once
+// Helpers for driving simulated devices on a virtual clock, with bytes written as hexadecimal text.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "sim/device.h"
+#include "sim/range.h"
+
+namespace halvane::sim::testing {
+
+using std::chrono::milliseconds;
+
+// A point on the virtual clock, well away from the clock's epoch.
+inline TimePoint at(int ms) {
+    return TimePoint{} + std::chrono::hours(1) + milliseconds(ms);
+}
+
+// "F3 0A" to the bytes F3 0A.
+inline std::string hex(std::string_view text) {
+    std::istringstream in{std::string(text)};
+    std::string out;
+    for (std::string pair; in >> pair;) out.push_back(static_cast<char>(std::stoi(pair, nullptr, 16)));
+    return out;
+}
+
+// The bytes as "F3 0A", to compare binary replies readably.
+inline std::string hexOf(std::string_view bytes) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string out;
+    for (char c : bytes) {
+        const auto b = static_cast<unsigned char>(c);
+        if (!out.empty()) out.push_back(' ');
+        out += {kDigits[b >> 4], kDigits[b & 15]};
+    }
+    return out;
+}
+
+// The chunks due by `now`, each as hexadecimal text, joined by " | ".
+inline std::string dueHex(Device& device, TimePoint now) {
+    std::string out;
+    for (const std::string& chunk : device.takeDue(now)) out += (out.empty() ? "" : " | ") + hexOf(chunk);
+    return out;
+}
+
+// Sends bytes at `now` and gives what has fallen due by then, chunks joined.
+inline std::string exchange(Device& device, std::string_view bytes, TimePoint now) {
+    device.receive(bytes, now);
+    std::string out;
+    for (const std::string& chunk : device.takeDue(now)) out += chunk;
+    return out;
+}
+
+// One exchange of a script: bytes sent at `ms` (none for a mere look at the clock) and all that has
+// fallen due by then.
+struct Step {
+    int ms;
+    std::string in;
+    std::string out;
+};
+
+inline void run(Device& device, const std::vector<Step>& steps) {
+    for (const Step& s : steps) {
+        if (!s.in.empty()) device.receive(s.in, at(s.ms));
+        std::string out;
+        for (const std::string& chunk : device.takeDue(at(s.ms))) out += chunk;
+        EXPECT_EQ(hexOf(out), hexOf(s.out)) << "at " << s.ms << " ms";
+    }
+}
+
+// Each target as face letter (Down, Edge, fOe, Friend) and hits, with "#n" when its number is not its
+// slot and "@c" when its channel is not 0: "F0 O3#9 D0@2".
+inline std::string describe(const Range& range) {
+    std::string out;
+    for (const TargetView& t : range.snapshot()) {
+        if (!out.empty()) out.push_back(' ');
+        out.push_back("DEOF"[static_cast<int>(t.face) - 0xF0]);
+        out += std::to_string(t.hits);
+        if (t.number != t.slot) out += "#" + std::to_string(t.number);
+        if (t.channel != 0) out += "@" + std::to_string(t.channel);
+    }
+    return out;
+}
+
+}  // namespace halvane::sim::testing
