@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QIcon>
 #include <QMessageBox>
+#include <QScreen>
+#include <algorithm>
 #include <memory>
 
 #include "authoring/about_box.h"
@@ -72,7 +74,10 @@ int main(int argc, char** argv) {
     std::unique_ptr<app::RangeWindow> rangeWindow;
     if (simulation) {
         rangeWindow = std::make_unique<app::RangeWindow>(*simulation);
-        rangeWindow->move(window.frameGeometry().right() + 12, window.frameGeometry().top());
+        // Beside the main window, as far as the screen allows.
+        const QRect screen = window.screen()->availableGeometry();
+        const int x = std::min(window.frameGeometry().right() + 12, screen.right() - rangeWindow->width());
+        rangeWindow->move(std::max(screen.left(), x), window.frameGeometry().top());
         rangeWindow->show();
     }
 
