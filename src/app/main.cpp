@@ -35,8 +35,9 @@ int main(int argc, char** argv) {
                                     "FILE");
     parser.addOption(configOption);
     QCommandLineOption simulateOption(
-        "simulate", "Start on a simulated range (transmitter, radio modem, line controller, Wi-Fi bridge and "
-                    "8 targets) with settings of its own; the operator's hvn.cfg is not touched.");
+        "simulate",
+        "Start on a simulated range (transmitter, radio modem, line controller, Wi-Fi bridge and "
+        "8 targets) with settings of its own; the operator's hvn.cfg is not touched.");
     parser.addOption(simulateOption);
     parser.process(app);
 
@@ -49,7 +50,8 @@ int main(int argc, char** argv) {
         simulation = std::make_unique<app::SimulatedRange>();
         std::string error;
         if (!simulation->start(error)) {
-            QMessageBox::critical(nullptr, kAppTitle, QString::fromStdString("The simulated range could not start: " + error));
+            QMessageBox::critical(nullptr, kAppTitle,
+                                  QString::fromStdString("The simulated range could not start: " + error));
             return 1;
         }
         configOverride = simulation->configFile();

@@ -162,7 +162,10 @@ TEST_F(Wifi, FramesWaitForTheConnectionAndABurstThatCannotConnectIsToldOnce) {
     EXPECT_EQ(link.nextDeadline(), t0 + 5s);
     socket.current = TcpSocket::Connected;
     link.poll(t0 + 20ms);
+    EXPECT_EQ(socket.sent, "") << "a fresh connection's hello comes before any frame";
+    link.onData(WifiLink::kHello);
     EXPECT_EQ(socket.sent, std::string("\0\xF3\x05\0\xF0\x06", 6));
+    EXPECT_EQ(link.sock_GetData(), "");
     EXPECT_TRUE(op.log.empty());
 
     socket.current = TcpSocket::Closed;

@@ -22,6 +22,12 @@ QtTcpSocket::QtTcpSocket(QObject* parent) : QObject(parent) {
     });
 }
 
+QtTcpSocket::~QtTcpSocket() {
+    // The socket reports its closing while it goes; nothing may hear it by then.
+    m_socket.disconnect(this);
+    m_link = nullptr;
+}
+
 void QtTcpSocket::attach(WifiLink& link) {
     m_link = &link;
 }

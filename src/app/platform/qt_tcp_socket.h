@@ -18,6 +18,7 @@ class QtTcpSocket : public QObject, public TcpSocket {
     Q_OBJECT
   public:
     explicit QtTcpSocket(QObject* parent = nullptr);
+    ~QtTcpSocket() override;
     // The link this socket reports to; its deadlines are kept from then on.
     void attach(WifiLink& link);
     // Runs the link's wait after a call that may have started one.

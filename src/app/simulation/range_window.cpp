@@ -16,24 +16,33 @@ constexpr int kTilesPerRow = 4;
 // The tile colours of the faces, as the Program grid shows the same words.
 QString faceStyle(sim::Face face) {
     switch (face) {
-        case sim::Face::Friend: return "background:#ff0000; color:black;";
-        case sim::Face::Foe: return "background:#00ff00; color:black;";
-        case sim::Face::Edge: return "background:#ffff00; color:black;";
-        default: return "background:#c8c8c8; color:black;";
+        case sim::Face::Friend:
+            return "background:#ff0000; color:black;";
+        case sim::Face::Foe:
+            return "background:#00ff00; color:black;";
+        case sim::Face::Edge:
+            return "background:#ffff00; color:black;";
+        default:
+            return "background:#c8c8c8; color:black;";
     }
 }
 
 const char* faceWord(sim::Face face) {
     switch (face) {
-        case sim::Face::Friend: return "Friend";
-        case sim::Face::Foe: return "Foe";
-        case sim::Face::Edge: return "Edge";
-        default: return "Down";
+        case sim::Face::Friend:
+            return "Friend";
+        case sim::Face::Foe:
+            return "Foe";
+        case sim::Face::Edge:
+            return "Edge";
+        default:
+            return "Down";
     }
 }
 }  // namespace
 
-RangeWindow::RangeWindow(SimulatedRange& range, QWidget* parent) : QWidget(parent, Qt::Window), m_range(range) {
+RangeWindow::RangeWindow(SimulatedRange& range, QWidget* parent)
+    : QWidget(parent, Qt::Window), m_range(range) {
     setWindowTitle("Simulated range");
     setObjectName("SimulatedRange");
     auto* layout = new QVBoxLayout(this);
@@ -63,7 +72,8 @@ RangeWindow::RangeWindow(SimulatedRange& range, QWidget* parent) : QWidget(paren
     m_log->setMaximumBlockCount(5000);
     m_log->setFont(QFont("monospace"));
     layout->addWidget(m_log, 1);
-    connect(&range, &SimulatedRange::logged, this, [this](const QString& line) { m_log->appendPlainText(line); });
+    connect(&range, &SimulatedRange::logged, this,
+            [this](const QString& line) { m_log->appendPlainText(line); });
     connect(&m_timer, &QTimer::timeout, this, &RangeWindow::refresh);
     m_timer.start(100);
     resize(520, 640);
@@ -83,6 +93,8 @@ void RangeWindow::refresh() {
     }
 }
 
-QString RangeWindow::logText() const { return m_log->toPlainText(); }
+QString RangeWindow::logText() const {
+    return m_log->toPlainText();
+}
 
 }  // namespace halvane::app

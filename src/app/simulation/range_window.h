@@ -15,7 +15,7 @@ class SimulatedRange;
 
 class RangeWindow : public QWidget {
     Q_OBJECT
-public:
+  public:
     explicit RangeWindow(SimulatedRange& range, QWidget* parent = nullptr);
 
     // Reads the targets again; also called by the window's own timer.
@@ -23,7 +23,7 @@ public:
     QPushButton* tile(int slot) const { return m_tiles.at(static_cast<std::size_t>(slot)); }
     QString logText() const;
 
-private:
+  private:
     SimulatedRange& m_range;
     std::vector<QPushButton*> m_tiles;
     QPlainTextEdit* m_log;

@@ -17,7 +17,9 @@ struct Place {
 constexpr Place kPlaces[] = {{"transmitter", 1}, {"radio", 2}, {"line", 3}};
 }  // namespace
 
-SimulatedRange::SimulatedRange(QObject* parent) : QObject(parent), m_range(kTargets) {}
+// Paced like a real 9600-baud line, so that a reply never beats the end of the command it answers.
+SimulatedRange::SimulatedRange(QObject* parent)
+    : QObject(parent), m_range(kTargets), m_server(sim::SimServer::Options{true, {}}) {}
 
 SimulatedRange::~SimulatedRange() {
     m_server.stop();
@@ -40,7 +42,8 @@ bool SimulatedRange::start(std::string& error) {
     }
     m_server.setLog([this](const sim::LogEntry& entry) {
         const QString line = QString::fromStdString(sim::formatLogEntry(entry));
-        QMetaObject::invokeMethod(this, [this, line] { emit logged(line); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, line] { emit logged(line); }, Qt::QueuedConnection);
     });
     writeConfig();
     m_thread = std::thread([this] {
@@ -48,13 +51,16 @@ bool SimulatedRange::start(std::string& error) {
             m_server.run();
         } catch (const std::exception& e) {
             const QString line = QString("simulator stopped: ") + e.what();
-            QMetaObject::invokeMethod(this, [this, line] { emit logged(line); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [this, line] { emit logged(line); }, Qt::QueuedConnection);
         }
     });
     return true;
 }
 
-std::filesystem::path SimulatedRange::configFile() const { return (m_dir.path() + "/hvn.cfg").toStdString(); }
+std::filesystem::path SimulatedRange::configFile() const {
+    return (m_dir.path() + "/hvn.cfg").toStdString();
+}
 
 void SimulatedRange::writeConfig() {
     const std::string file = configFile().string();

@@ -16,7 +16,7 @@ namespace halvane::app {
 
 class SimulatedRange : public QObject {
     Q_OBJECT
-public:
+  public:
     static constexpr int kTargets = 8;
 
     explicit SimulatedRange(QObject* parent = nullptr);
@@ -29,11 +29,11 @@ public:
     // Where each device stands, for the window: "transmitter  COM1  /dev/pts/4", ...
     QStringList places() const;
 
-signals:
+  signals:
     // One line of the frame log; emitted on the console's thread.
     void logged(const QString& line);
 
-private:
+  private:
     void writeConfig();
 
     QTemporaryDir m_dir;

@@ -20,6 +20,7 @@ class Operator;
 class WifiLink {
   public:
     static constexpr std::chrono::milliseconds kConnectBudget{5000};
+    static constexpr std::chrono::milliseconds kHelloWait{200};
     static constexpr std::string_view kHello = "*KRV_CONN*";
     static constexpr const char* kDefaultPort = "31689";
 
@@ -51,7 +52,8 @@ class WifiLink {
     int state() const { return m_socket.state(); }
 
   private:
-    void finishConnect();
+    void finishConnect(TimePoint now);
+    void sendWaitingFrames();
 
     TcpSocket& m_socket;
     Operator& m_operator;
@@ -59,6 +61,9 @@ class WifiLink {
     std::string m_log;
     std::uint16_t m_remotePort = 0;
     std::optional<TimePoint> m_connectDeadline;
+    // After connecting, frames wait for the device's hello (or this deadline) so that it comes alone.
+    std::optional<TimePoint> m_helloDeadline;
+    bool m_heardSinceConnect = false;
     bool m_connectFault = false;
     bool m_sawConnecting = false;
     std::vector<std::string> m_waitingFrames;
