@@ -304,14 +304,6 @@ TEST_F(MainWindow, ExitAndTheCloseBox) {
     EXPECT_EQ(f.ending(), Form1::Ending::Now);
     EXPECT_TRUE(std::filesystem::exists(dir.file("exit.hvn")));
     EXPECT_TRUE(store.entries.empty());
-
-    // The close box asks the same question; Cancel keeps the window, No lets it go.
-    s.FileChanged = true;
-    op2.answers = {Answer::Cancel, Answer::No};
-    EXPECT_FALSE(f.QueryUnload());
-    EXPECT_TRUE(store.entries.empty());
-    EXPECT_TRUE(f.QueryUnload());
-    EXPECT_EQ(store.entries.size(), 4u);
 }
 
 TEST_F(MainWindow, WindowPositionIsRestoredAndNotSavedWhileMinimised) {

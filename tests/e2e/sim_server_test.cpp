@@ -179,19 +179,6 @@ TEST(SimServer, EachTcpConnectionGetsItsOwnDeviceWithItsHelloAloneThenRepliesUnt
               "scripted#1 connected\nscripted#2 connected\nscripted#1 closed by the device\n");
 }
 
-TEST(SimServer, LateReplyArrivesLate) {
-    SimServer server;
-    const auto slave = server.addPty("late", std::make_unique<ScriptedDevice>("", 200ms));
-    Running running(server);
-    const auto line = openLine(slave);
-    const auto sent = Clock::now();
-    writeAll(line.get(), "?");
-    EXPECT_EQ(readFor(line.get(), 1), "?");
-    const auto took = Clock::now() - sent;
-    EXPECT_GE(took, 200ms);
-    EXPECT_LT(took, 1500ms);
-}
-
 // 192 bytes over a 9600-baud line take 200 ms, each way; unpaced they take next to nothing.
 TEST(SimServer, PacingGivesEachDirectionRealLineTime) {
     const auto byteTime = std::chrono::duration<double, std::milli>(10.0 / 9.6);
@@ -251,19 +238,6 @@ TEST(SimServer, StopEndsRunPromptlyWhateverItWaitsFor) {
     server.stop();
     thread.join();
     EXPECT_LT(Clock::now() - stopping, 500ms);
-}
-
-TEST(SimServer, FrameLogLinesGiveSecondsToTheMillisecondDeviceDirectionAndHex) {
-    const struct {
-        LogEntry entry;
-        const char* line;
-    } cases[] = {
-        {{1234ms, "transmitter", LogEntry::Kind::ToDevice, std::string("S\x01\x00\xFF", 4)},
-         "1.234 transmitter in 53 01 00 FF"},
-        {{5ms, "radio", LogEntry::Kind::ToConsole, "OK\r"}, "0.005 radio out 4F 4B 0D"},
-        {{61000ms, "wifi#2", LogEntry::Kind::Note, "connected"}, "61.000 wifi#2 -- connected"},
-    };
-    for (const auto& test : cases) EXPECT_EQ(sim::formatLogEntry(test.entry), test.line);
 }
 
 }  // namespace
