@@ -1,6 +1,7 @@
 // The console's own serial and TCP adapters against the simulated range, over a real pseudo-terminal
 // and a real loopback socket.
 
+#include <QPushButton>
 #include <QtTest>
 #include <chrono>
 
@@ -11,6 +12,7 @@
 #include "links/wifi_link.h"
 #include "platform/qt_serial_port.h"
 #include "platform/qt_tcp_socket.h"
+#include "simulation/range_window.h"
 #include "simulation/simulated_range.h"
 
 using namespace halvane;
@@ -74,6 +76,14 @@ class LinksEndToEndTest : public QObject {
         QVERIFY(op.log.empty());
         link.EthernetDisconnect();
         QCOMPARE(link.state(), int(TcpSocket::Closed));
+    }
+
+    void rangeWindowRegistersAHitOnTheClickedTarget() {
+        app::RangeWindow window(sim);
+        const int before = sim.range().snapshot()[5].hits;
+        QTest::mouseClick(window.tile(5), Qt::LeftButton);
+        QCOMPARE(sim.range().snapshot()[5].hits, before + 1);
+        QVERIFY(window.tile(5)->text().contains(QString("Hits %1").arg(before + 1)));
     }
 
     void aFrameWithNoServerIsToldOnce() {
