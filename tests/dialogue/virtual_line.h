@@ -15,7 +15,7 @@
 namespace halvane::testing {
 
 class VirtualLine {
-public:
+  public:
     struct Chunk {
         bool toDevice;
         TimePoint at;  // when its last byte arrived
@@ -57,7 +57,7 @@ public:
     std::vector<Chunk> wire;
     std::string input;  // bytes at the console's port, not taken
 
-private:
+  private:
     TimePoint lineTime(TimePoint& lineFree, TimePoint now, std::size_t bytes) {
         lineFree = std::max(lineFree, now) + kByteTime * static_cast<long>(bytes);
         return lineFree;
@@ -85,7 +85,8 @@ private:
             for (const auto& a : actions) {
                 switch (a.kind) {
                     case DialogueAction::Kind::Write: {
-                        const TimePoint arrives = m_paced ? lineTime(m_outLineFree, now, a.bytes.size()) : now;
+                        const TimePoint arrives =
+                            m_paced ? lineTime(m_outLineFree, now, a.bytes.size()) : now;
                         m_toDevice.push_back({true, arrives, a.bytes});
                         break;
                     }

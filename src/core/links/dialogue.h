@@ -3,10 +3,10 @@
 // it is fed bytes and time and answers with actions, in the order they must be carried out.
 
 #include <chrono>
-#include <utility>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "authoring/operator.h"
@@ -32,7 +32,7 @@ struct DialogueAction {
 };
 
 class Dialogue {
-public:
+  public:
     virtual ~Dialogue() = default;
     // Begins the dialogue at `now`.
     virtual void start(TimePoint now) = 0;
@@ -51,18 +51,21 @@ public:
     // How far it has come, for a progress window: steps done of steps in all.
     virtual std::pair<int, int> progress() const = 0;
 
-protected:
-    void write(std::string bytes) { m_actions.push_back({DialogueAction::Kind::Write, std::move(bytes), {}, {}}); }
+  protected:
+    void write(std::string bytes) {
+        m_actions.push_back({DialogueAction::Kind::Write, std::move(bytes), {}, {}});
+    }
     void dropInput() { m_actions.push_back({DialogueAction::Kind::DropInput, {}, {}, {}}); }
     void dropOutput() { m_actions.push_back({DialogueAction::Kind::DropOutput, {}, {}, {}}); }
     void ask(std::string text, std::string title, Buttons buttons) {
         m_actions.push_back({DialogueAction::Kind::Ask, {}, std::move(text), std::move(title), buttons});
     }
     void tell(std::string text, std::string title, bool critical = false) {
-        m_actions.push_back({DialogueAction::Kind::Tell, {}, std::move(text), std::move(title), Buttons::Ok, critical});
+        m_actions.push_back(
+            {DialogueAction::Kind::Tell, {}, std::move(text), std::move(title), Buttons::Ok, critical});
     }
 
-private:
+  private:
     std::vector<DialogueAction> m_actions;
 };
 

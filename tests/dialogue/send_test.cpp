@@ -1,0 +1,179 @@
+// Storing a Program in the transmitter, block by block on the wire, against the simulated transmitter
+// and against a peer that answers from a script.
+
+#include <gtest/gtest.h>
+
+#include "links/transmitter_send.h"
+#include "sim/devices.h"
+#include "sim/transmitter.h"
+#include "virtual_line.h"
+
+namespace halvane {
+namespace {
+
+using Outcome = SendProgram::Outcome;
+
+// A peer that answers when the console has written a given number of bytes in all ("" stays silent).
+class ScriptedPeer : public sim::Device {
+  public:
+    explicit ScriptedPeer(std::vector<std::pair<std::size_t, std::string>> script)
+        : m_script(std::move(script)) {}
+    std::string name() const override { return "peer"; }
+    void receive(std::string_view bytes, sim::TimePoint now) override {
+        m_received += bytes.size();
+        for (auto& [after, reply] : m_script)
+            if (after && m_received >= after) {
+                if (!reply.empty()) m_due.push_back({now, reply});
+                after = 0;
+            }
+    }
+    std::vector<std::string> takeDue(sim::TimePoint) override {
+        std::vector<std::string> out;
+        for (auto& d : m_due) out.push_back(d.second);
+        m_due.clear();
+        return out;
+    }
+    std::optional<sim::TimePoint> nextDue() const override {
+        if (m_due.empty()) return std::nullopt;
+        return m_due.front().first;
+    }
+
+  private:
+    std::vector<std::pair<std::size_t, std::string>> m_script;
+    std::vector<std::pair<sim::TimePoint, std::string>> m_due;
+    std::size_t m_received = 0;
+};
+
+std::string imageOf(std::size_t lines) {
+    std::string image;
+    for (std::size_t i = 0; i < lines; ++i) image.push_back(static_cast<char>(i % 2 ? 1 + i % 200 : 0xF3));
+    return image;
+}
+
+TEST(SendProgram, BlockCountAndCommandDigits) {
+    const std::pair<std::size_t, int> counts[] = {{0, 1},   {254, 1}, {255, 2}, {256, 2},
+                                                  {510, 3}, {511, 3}, {766, 3}, {767, 4}};
+    for (const auto& [lines, blocks] : counts) EXPECT_EQ(SendProgram::blockCount(lines), blocks) << lines;
+    EXPECT_EQ(SendProgram::command('S', 9), "S09\r\n");
+    EXPECT_EQ(SendProgram::command('S', 10), "S10\r\n");
+    EXPECT_EQ(SendProgram::command('R', 25), "R10\r\n");
+}
+
+TEST(SendProgram, BlocksCarryTheirSumsAndTheTransmitterKeepsTheImage) {
+    for (std::size_t lines : {std::size_t{0}, std::size_t{254}, std::size_t{256}, std::size_t{510}}) {
+        sim::Range range(4);
+        auto device = sim::makeTransmitter(range, {});
+        testing::ScriptedOperator op;
+        const std::string image = imageOf(lines);
+        SendProgram send(image, 3);
+        testing::VirtualLine line(send, *device, op);
+        line.run();
+        ASSERT_EQ(send.outcome(), Outcome::Stored) << lines;
+        const int n = SendProgram::blockCount(lines);
+        std::string expected = "S03\r\n" + std::string{'\x02', static_cast<char>(n)};
+        std::string padded = image;
+        padded.resize(254 + 256 * static_cast<std::size_t>(n - 1), '\0');
+        for (int b = 0; b < n; ++b) {
+            const std::string data = b == 0 ? padded.substr(0, 254) : padded.substr(254 + 256 * (b - 1), 256);
+            unsigned sum = b == 0 ? 2u + static_cast<unsigned>(n) : 0u;
+            for (char c : data) sum += static_cast<unsigned char>(c);
+            expected += data + std::string{static_cast<char>(sum >> 8), static_cast<char>(sum & 0xFF)};
+        }
+        EXPECT_EQ(line.written(), expected) << lines;
+        EXPECT_EQ(send.progress(), std::make_pair(n, n));
+        EXPECT_EQ(sim::asTransmitter(*device).place(3).value_or("none").substr(0, image.size()), image);
+        EXPECT_TRUE(op.log.empty());
+    }
+}
+
+TEST(SendProgram, AnOccupiedPlaceAsksAndNoAbandons) {
+    for (Answer answer : {Answer::No, Answer::Cancel, Answer::Yes}) {
+        sim::Range range(4);
+        auto device = sim::makeTransmitter(range, {});
+        sim::asTransmitter(*device).setPlace(5, std::string(256, '\x01'));
+        const auto before = sim::asTransmitter(*device).place(5);
+        testing::ScriptedOperator op;
+        op.answers = {answer};
+        SendProgram send(imageOf(10), 5);
+        testing::VirtualLine line(send, *device, op);
+        line.run();
+        EXPECT_EQ(op.log.front(), "ask: Halvane: Over write current program in LMC?");
+        if (answer == Answer::Yes) {
+            EXPECT_EQ(send.outcome(), Outcome::Stored);
+        } else {
+            EXPECT_EQ(send.outcome(), Outcome::Declined);
+            EXPECT_FALSE(send.tag());
+            EXPECT_EQ(line.written(), "S05\r\n\xFF");
+            EXPECT_EQ(sim::asTransmitter(*device).place(5), before);
+        }
+    }
+}
+
+TEST(SendProgram, FailurePathsOnTheWire) {
+    const std::string status1 = "1050000";
+    const std::string status0 = "0050000";
+    struct Case {
+        const char* name;
+        std::vector<std::pair<std::size_t, std::string>> script;  // bytes written so far -> reply
+        std::size_t lines;
+        Outcome outcome;
+        bool abandon;  // ends with 0xFF and the failure message
+    };
+    const Case cases[] = {
+        {"silence", {}, 10, Outcome::NoContact, false},
+        {"short status", {{5, "10"}}, 10, Outcome::NoContact, false},
+        {"refused block", {{5, status0}, {263, "0"}}, 300, Outcome::Refused, true},
+        {"silent acknowledgement after a taken place counts as taken",
+         {{5, status1}},
+         300,
+         Outcome::Stored,
+         false},
+        {"silent acknowledgement after a free place counts as refused",
+         {{5, status0}},
+         10,
+         Outcome::Refused,
+         true},
+        {"an acknowledgement that is no digit", {{5, status0}, {263, "X"}}, 300, Outcome::Refused, true},
+        {"a status that is no digit is a free place",
+         {{5, "Z050000"}, {263, "1ok\r\n"}},
+         10,
+         Outcome::Stored,
+         false},
+    };
+    for (const auto& c : cases) {
+        ScriptedPeer peer(c.script);
+        testing::ScriptedOperator op;
+        op.answers = {Answer::Yes};
+        SendProgram send(imageOf(c.lines), 5);
+        testing::VirtualLine line(send, peer, op);
+        line.run();
+        EXPECT_EQ(send.outcome(), c.outcome) << c.name;
+        EXPECT_EQ(!line.written().empty() && line.written().back() == '\xFF',
+                  c.abandon || c.outcome == Outcome::Declined)
+            << c.name;
+        const bool told =
+            std::count(op.log.begin(), op.log.end(), "tell: Halvane: Sending program failed try again");
+        EXPECT_EQ(told, c.abandon) << c.name;
+        if (c.outcome == Outcome::NoContact) {
+            EXPECT_EQ(line.written(), "S05\r\n") << c.name;
+        }
+    }
+}
+
+TEST(SendProgram, TheSimulatedTransmitterRefusingABlockEndsTheTransfer) {
+    sim::Range range(4);
+    sim::Faults faults;
+    faults.refuseBlock = 2;
+    auto device = sim::makeTransmitter(range, faults);
+    testing::ScriptedOperator op;
+    SendProgram send(imageOf(600), 7);
+    testing::VirtualLine line(send, *device, op);
+    line.run();
+    EXPECT_EQ(send.outcome(), Outcome::Refused);
+    EXPECT_EQ(send.progress().first, 2);
+    EXPECT_EQ(line.written().back(), '\xFF');
+    EXPECT_FALSE(sim::asTransmitter(*device).place(7));
+}
+
+}  // namespace
+}  // namespace halvane
