@@ -14,6 +14,7 @@
 #include "authoring/setup_dialog.h"
 #include "authoring/window_position.h"
 #include "links/ethernet_setup.h"
+#include "links/transmitter_windows.h"
 
 namespace halvane::testing {
 
@@ -51,6 +52,11 @@ class ScriptedOperator : public Operator {
     }
     void showModal(Face_time& dialog) override { play(faceTimeScript, dialog, Face_time::Caption); }
     void showModal(frmDisplay& dialog) override { play(setupScript, dialog, frmDisplay::Caption); }
+    void showModal(ProgramNumberDialog& dialog) override {
+        play(numberScript, dialog, dialog.Caption + " " + dialog.Text1);
+    }
+    void showModal(ProgressWindow& window) override { play(progressScript, window, window.Caption); }
+    void showModal(FailedBox&) override { log.push_back(std::string("show: ") + FailedBox::Caption); }
     void showModal(frmEthernetSetup& dialog) override {
         play(ethernetScript, dialog, frmEthernetSetup::Caption);
     }
@@ -67,6 +73,8 @@ class ScriptedOperator : public Operator {
     std::deque<Script<Face_time>> faceTimeScript;
     std::deque<Script<frmDisplay>> setupScript;
     std::deque<Script<frmEthernetSetup>> ethernetScript;
+    std::deque<Script<ProgramNumberDialog>> numberScript;
+    std::deque<Script<ProgressWindow>> progressScript;
     std::deque<std::string> popupChoices;  // "" closes the popup with no choice
 
     // Scripts for the Program Setup dialog.

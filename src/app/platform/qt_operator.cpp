@@ -12,6 +12,7 @@
 #include "face_time_dialog.h"
 #include "program_setup_dialog.h"
 #include "setup_dialog_view.h"
+#include "transmitter_dialogs.h"
 
 namespace halvane::app {
 
@@ -87,6 +88,21 @@ void QtOperator::showModal(frmDisplay& dialog) {
 
 void QtOperator::showModal(frmEthernetSetup& dialog) {
     EthernetSetupDialog view(dialog, m_parent);
+    view.exec();
+}
+
+void QtOperator::showModal(ProgramNumberDialog& dialog) {
+    ProgramNumberView view(dialog, m_parent);
+    view.exec();
+}
+
+void QtOperator::showModal(ProgressWindow& window) {
+    ProgressView view(window, *this, m_parent);
+    view.exec();
+}
+
+void QtOperator::showModal(FailedBox&) {
+    FailedView view(m_parent);
     view.exec();
 }
 

@@ -25,6 +25,9 @@ class QtOperator : public Operator {
     void showModal(Face_time& dialog) override;
     void showModal(frmDisplay& dialog) override;
     void showModal(frmEthernetSetup& dialog) override;
+    void showModal(ProgramNumberDialog& dialog) override;
+    void showModal(ProgressWindow& window) override;
+    void showModal(FailedBox& box) override;
     std::string showPopup(const std::string& menu) override;
     // The window that owns the popup menus shows them.
     void setPopupHandler(std::function<std::string(const std::string&)> handler) {

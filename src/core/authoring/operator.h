@@ -11,6 +11,9 @@ class AboutBox;
 class Face_time;
 class frmDisplay;
 class frmEthernetSetup;
+class ProgramNumberDialog;
+struct ProgressWindow;
+struct FailedBox;
 
 enum class Answer { Ok, Yes, No, Cancel };
 enum class Buttons { Ok, YesNo, YesNoCancel };
@@ -47,6 +50,9 @@ class Operator {
     virtual void showModal(Face_time& dialog) = 0;
     virtual void showModal(frmDisplay& dialog) = 0;
     virtual void showModal(frmEthernetSetup& dialog) = 0;
+    virtual void showModal(ProgramNumberDialog& dialog) = 0;
+    virtual void showModal(ProgressWindow& window) = 0;
+    virtual void showModal(FailedBox& box) = 0;
     // Shows a popup menu at the pointer and waits for it to close; the name of the item chosen, or
     // "" when none was.
     virtual std::string showPopup(const std::string& menu) = 0;

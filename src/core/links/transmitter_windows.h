@@ -1,0 +1,53 @@
+#pragma once
+// The small windows around the transmitter dialogues: the program number (frmSend, frmDownload), the
+// progress window that runs a dialogue (frmSending, frmDownloading), and frmFailed.
+
+#include <string>
+
+namespace halvane {
+
+class Dialogue;
+class SerialPort;
+
+class ProgramNumberDialog {
+public:
+    // `caption` is "Send" or "Download".
+    explicit ProgramNumberDialog(std::string caption) : Caption(std::move(caption)) {}
+
+    std::string Caption;
+    static constexpr const char* Label1 = "Program Number";
+    std::string Text1 = "1";
+
+    void CmdPlus();
+    void CmdMinus();
+    // ProgramNumber = the value of the leading digits of Text1, unbounded; 0 acts like Cancel.
+    void OKButton();
+    void CancelButton() { m_closed = true; }
+    bool closed() const { return m_closed; }
+    int ProgramNumber = 0;
+
+private:
+    int m_counter = 1;
+    bool m_closed = false;
+};
+
+// A progress window: shown modal, it runs its dialogue on the port after its first tick (500 ms) and
+// closes when the dialogue ends.
+struct ProgressWindow {
+    std::string Caption;
+    std::string Label1;
+    std::string Label2 = "Please Wait";
+    Dialogue& dialogue;
+    SerialPort& port;
+};
+
+struct FailedBox {
+    static constexpr const char* Caption = "Communication Failed";
+    static constexpr const char* Label1 = "Communications Failed";
+    static constexpr const char* Label2 = "Make sure LMC is connected and is in PC Comm Mode";
+    static constexpr const char* Label3 =
+        "If this continues to happens. On the LMC exit all the way back to the main menu and enter PC Comm Mode "
+        "again.";
+};
+
+}  // namespace halvane
