@@ -49,6 +49,8 @@ class Form1 {
     void M_About();
     void M_TargetSetup();
     void M_Ethernet();
+    void M_Send();
+    void M_Download();
 
     // The device links the window reaches: the shared serial line and the Wi-Fi link.
     void attachLinks(ComPortModule* comPort, WifiLink* wifi) {

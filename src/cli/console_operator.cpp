@@ -1,0 +1,20 @@
+#include "cli/console_operator.h"
+
+#include <ostream>
+
+#include "links/transmitter_windows.h"
+
+namespace halvane::cli {
+
+void ConsoleOperator::tell(const std::string& text, const std::string& title) { m_err << title << ": " << text << '\n'; }
+
+Answer ConsoleOperator::ask(const std::string& text, const std::string& title, Buttons) {
+    m_err << title << ": " << text << ' ' << (m_answer == Answer::Yes ? "Yes" : "No") << '\n';
+    return m_answer;
+}
+
+void ConsoleOperator::showModal(FailedBox&) {
+    m_err << FailedBox::Label1 << ". " << FailedBox::Label2 << ".\n";
+}
+
+}  // namespace halvane::cli

@@ -1,0 +1,34 @@
+#pragma once
+// The operator of the command line: messages go to stderr, questions are answered from the options.
+
+#include <iosfwd>
+
+#include "authoring/operator.h"
+
+namespace halvane::cli {
+
+class ConsoleOperator : public Operator {
+public:
+    ConsoleOperator(std::ostream& err, Answer answerToQuestions) : m_err(err), m_answer(answerToQuestions) {}
+
+    void tell(const std::string& text, const std::string& title) override;
+    Answer ask(const std::string& text, const std::string& title, Buttons buttons) override;
+    std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup&) override { return std::nullopt; }
+    std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup&) override { return std::nullopt; }
+    void openDocument(const std::string&) override {}
+    void showModal(Settings&) override {}
+    void showModal(AboutBox&) override {}
+    void showModal(Face_time&) override {}
+    void showModal(frmDisplay&) override {}
+    void showModal(frmEthernetSetup&) override {}
+    void showModal(ProgramNumberDialog&) override {}
+    void showModal(ProgressWindow&) override {}
+    void showModal(FailedBox&) override;
+    std::string showPopup(const std::string&) override { return {}; }
+
+private:
+    std::ostream& m_err;
+    Answer m_answer;
+};
+
+}  // namespace halvane::cli

@@ -1,0 +1,102 @@
+#include "cli/posix_serial_port.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace halvane::cli {
+
+PosixSerialPort::~PosixSerialPort() { close(); }
+
+bool PosixSerialPort::open(const std::string& deviceName) {
+    if (m_fd >= 0) return false;
+    const int fd = ::open(deviceName.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
+        m_error = std::strerror(errno);
+        return false;
+    }
+    termios tio{};
+    if (::tcgetattr(fd, &tio) != 0) {
+        m_error = std::strerror(errno);
+        ::close(fd);
+        return false;
+    }
+    ::cfmakeraw(&tio);
+    ::cfsetispeed(&tio, B9600);
+    ::cfsetospeed(&tio, B9600);
+    tio.c_cflag |= CLOCAL | CREAD;
+    tio.c_cflag &= ~static_cast<tcflag_t>(CSTOPB | PARENB | CRTSCTS);
+    tio.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY);
+    if (::tcsetattr(fd, TCSANOW, &tio) != 0) {
+        m_error = std::strerror(errno);
+        ::close(fd);
+        return false;
+    }
+    m_fd = fd;
+    m_name = deviceName;
+    return true;
+}
+
+void PosixSerialPort::close() {
+    if (m_fd < 0) return;
+    ::close(m_fd);
+    m_fd = -1;
+    m_name.clear();
+}
+
+void PosixSerialPort::write(std::string_view bytes) {
+    std::size_t done = 0;
+    while (m_fd >= 0 && done < bytes.size()) {
+        const ssize_t n = ::write(m_fd, bytes.data() + done, bytes.size() - done);
+        if (n > 0) {
+            done += static_cast<std::size_t>(n);
+        } else if (n < 0 && errno == EAGAIN) {
+            pollfd p{m_fd, POLLOUT, 0};
+            ::poll(&p, 1, 100);
+        } else if (n < 0 && errno != EINTR) {
+            return;
+        }
+    }
+}
+
+std::size_t PosixSerialPort::bytesAvailable() const {
+    int count = 0;
+    if (m_fd < 0 || ::ioctl(m_fd, FIONREAD, &count) != 0) return 0;
+    return static_cast<std::size_t>(count);
+}
+
+std::string PosixSerialPort::read(std::size_t max) {
+    std::string out(max, '\0');
+    const ssize_t n = m_fd < 0 ? -1 : ::read(m_fd, out.data(), max);
+    out.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+    return out;
+}
+
+void PosixSerialPort::dropInput() {
+    if (m_fd >= 0) ::tcflush(m_fd, TCIFLUSH);
+}
+
+void PosixSerialPort::dropOutput() {
+    if (m_fd >= 0) ::tcflush(m_fd, TCOFLUSH);
+}
+
+void PosixSerialPort::setModemLine(int line, bool on) {
+    if (m_fd >= 0) ::ioctl(m_fd, on ? TIOCMBIS : TIOCMBIC, &line);
+}
+
+void PosixSerialPort::setRts(bool on) { setModemLine(TIOCM_RTS, on); }
+void PosixSerialPort::setDtr(bool on) { setModemLine(TIOCM_DTR, on); }
+
+bool PosixSerialPort::waitReadable(std::chrono::milliseconds timeout) {
+    if (m_fd < 0) return false;
+    pollfd p{m_fd, POLLIN, 0};
+    return ::poll(&p, 1, static_cast<int>(std::max<std::chrono::milliseconds::rep>(timeout.count(), 0))) > 0 &&
+           (p.revents & POLLIN);
+}
+
+}  // namespace halvane::cli

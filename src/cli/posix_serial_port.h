@@ -1,0 +1,40 @@
+#pragma once
+// The serial port for the command line, on the system's terminal calls: 9600 baud, 8N1, raw, no flow
+// control. Reads are without waiting; `waitReadable` waits for bytes up to a deadline.
+
+#include <chrono>
+#include <string>
+
+#include "links/serial_port.h"
+
+namespace halvane::cli {
+
+class PosixSerialPort : public SerialPort {
+public:
+    ~PosixSerialPort() override;
+
+    bool open(const std::string& deviceName) override;
+    void close() override;
+    bool isOpen() const override { return m_fd >= 0; }
+    std::string deviceName() const override { return m_name; }
+    void write(std::string_view bytes) override;
+    std::size_t bytesAvailable() const override;
+    std::string read(std::size_t max) override;
+    void dropInput() override;
+    void dropOutput() override;
+    void setRts(bool on) override;
+    void setDtr(bool on) override;
+
+    // Waits until bytes can be read or `timeout` has passed; true when bytes are there.
+    bool waitReadable(std::chrono::milliseconds timeout);
+    // Why the last open failed.
+    const std::string& error() const { return m_error; }
+
+private:
+    void setModemLine(int line, bool on);
+    int m_fd = -1;
+    std::string m_name;
+    std::string m_error;
+};
+
+}  // namespace halvane::cli

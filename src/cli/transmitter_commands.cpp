@@ -1,0 +1,168 @@
+// `send` and `download`: the transmitter dialogues from the command line, on a port of the system.
+
+#include <chrono>
+#include <iostream>
+#include <memory>
+
+#include "authoring/grid_setup.h"
+#include "authoring/program_file.h"
+#include "cli/commands.h"
+#include "cli/console_operator.h"
+#include "cli/posix_serial_port.h"
+#include "links/com_port.h"
+#include "links/dialogue_runner.h"
+#include "links/port_names.h"
+#include "links/program_image.h"
+#include "links/transmitter_download.h"
+#include "links/transmitter_send.h"
+#include "links/transmitter_windows.h"
+
+namespace halvane::cli {
+
+namespace {
+
+TimePoint now() { return std::chrono::steady_clock::now(); }
+
+// Runs a dialogue on the port until it ends, waiting for bytes or for its next deadline.
+void runOnPort(Dialogue& dialogue, PosixSerialPort& port, Operator& op) {
+    DialogueRunner runner(dialogue, port, op);
+    runner.start(now());
+    while (!runner.finished()) {
+        auto wait = std::chrono::milliseconds(100);
+        if (const auto deadline = runner.nextDeadline())
+            wait = std::min(wait, std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - now()) +
+                                      std::chrono::milliseconds(1));
+        if (port.waitReadable(wait)) runner.bytesArrived(now());
+        runner.tick(now());
+    }
+}
+
+bool openPort(const TransmitterOptions& options, const SharedState& state, PosixSerialPort& port) {
+    std::string device = options.device;
+    const int number = options.port ? options.port : state.ComPort;
+    if (device.empty()) {
+        PortNames names;
+        names.readOverrides(state.ConfigFile);
+        device = names.device(number);
+    }
+    if (!device.empty() && port.open(device)) return true;
+    if (options.device.empty())
+        std::cerr << ComPortModule::inUseMessage(number) << " (" << (device.empty() ? "no device" : device)
+                  << ": " << port.error() << ")\n";
+    else
+        std::cerr << "Cannot open " << device << ": " << port.error() << '\n';
+    return false;
+}
+
+std::optional<int> number(const std::string& text) {
+    try {
+        std::size_t used = 0;
+        const int value = std::stoi(text, &used);
+        if (used == text.size()) return value;
+    } catch (const std::exception&) {
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<TransmitterOptions> parseTransmitterOptions(const std::vector<std::string>& args, bool canSave) {
+    TransmitterOptions options;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        const bool hasValue = i + 1 < args.size();
+        if (a == "--place" && hasValue) {
+            const auto n = number(args[++i]);
+            if (!n || *n < 1) {
+                std::cerr << "--place needs a program number of 1 or more (10 or more means place 10)\n";
+                return std::nullopt;
+            }
+            options.place = *n;
+        } else if (a == "--port" && hasValue) {
+            const auto n = number(args[++i]);
+            if (!n || *n < kFirstPort || *n > kLastPort) {
+                std::cerr << "--port needs a port number from 1 to 16\n";
+                return std::nullopt;
+            }
+            options.port = *n;
+        } else if (a == "--device" && hasValue) {
+            options.device = args[++i];
+        } else if (a == "--overwrite" && hasValue && !canSave) {
+            const std::string& v = args[++i];
+            if (v != "yes" && v != "no") {
+                std::cerr << "--overwrite takes yes or no\n";
+                return std::nullopt;
+            }
+            options.overwrite = v == "yes";
+        } else if (a == "-o" && hasValue && canSave) {
+            options.output = args[++i];
+        } else {
+            std::cerr << "unknown or incomplete option: " << a << '\n';
+            return std::nullopt;
+        }
+    }
+    if (options.place < 1) {
+        std::cerr << "--place N is required\n";
+        return std::nullopt;
+    }
+    return options;
+}
+
+int sendCommand(const std::string& programFile, const TransmitterOptions& options, SharedState& state) {
+    std::unique_ptr<ProgramGrid> grid;
+    if (const auto error = loadProgram(programFile, state, grid)) {
+        std::cerr << error->message() << '\n';
+        return 1;
+    }
+    const auto image = WriteProgramImage(state, *grid);
+    if (const auto problem = findByteProblem(image)) {
+        std::cerr << problem->message << '\n';
+        return 1;
+    }
+    if (const auto error = writeTempImage(image)) {
+        std::cerr << *error << '\n';
+        return 1;
+    }
+    PosixSerialPort port;
+    if (!openPort(options, state, port)) return 1;
+    ConsoleOperator op(std::cerr, options.overwrite ? Answer::Yes : Answer::No);
+    SendProgram send(imageBytes(image), options.place);
+    runOnPort(send, port, op);
+    switch (send.outcome()) {
+        case SendProgram::Outcome::Stored:
+            std::cerr << "Program " << options.place << " sent successful\n";
+            return 0;
+        case SendProgram::Outcome::NoContact: {
+            FailedBox box;
+            op.showModal(box);
+            return 1;
+        }
+        default: return 1;
+    }
+}
+
+int downloadCommand(const TransmitterOptions& options, SharedState& state) {
+    PosixSerialPort port;
+    if (!openPort(options, state, port)) return 1;
+    auto grid = std::make_unique<ProgramGrid>();
+    prepareDownloadGrid(state, *grid);
+    ConsoleOperator op(std::cerr, Answer::No);
+    DownloadProgram download(state, *grid, options.place);
+    runOnPort(download, port, op);
+    if (download.outcome() == DownloadProgram::Outcome::Failed) {
+        FailedBox box;
+        op.showModal(box);
+        return 1;
+    }
+    printGrid(state, *grid, std::cout);
+    if (!options.output.empty()) {
+        state.FilePath = options.output;
+        if (const auto error = writeProgramFile(state, *grid)) {
+            std::cerr << error->message() << '\n';
+            return 1;
+        }
+    }
+    return std::cout.flush() ? 0 : 1;
+}
+
+}  // namespace halvane::cli

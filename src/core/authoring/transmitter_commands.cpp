@@ -1,0 +1,87 @@
+// Form1's Transmitter menu: Send stores the Program in a place of the transmitter, Download fetches one.
+
+#include "authoring/about_box.h"
+#include "authoring/main_window.h"
+#include "links/com_port.h"
+#include "links/program_image.h"
+#include "links/transmitter_download.h"
+#include "links/transmitter_send.h"
+#include "links/transmitter_windows.h"
+
+namespace halvane {
+
+void Form1::M_Send() {
+    if (!m_comPort) return;
+    if (!m_state.GridLoaded || !m_grid) {
+        tell("There is no Program to send.");
+        return;
+    }
+    if (!m_comPort->PortOpen()) m_comPort->OpenComPort();
+    ProgramNumber = 0;
+    ProgramNumberDialog numberDialog("Send");
+    m_operator.showModal(numberDialog);
+    ProgramNumber = static_cast<std::int16_t>(numberDialog.ProgramNumber);
+    if (ProgramNumber == 0) return;
+    Tag = "True";
+
+    // The image is checked whole before a single byte goes out.
+    const auto image = WriteProgramImage(m_state, *m_grid);
+    if (const auto problem = findByteProblem(image)) {
+        tell(problem->message);
+        Tag = "False";
+        return;
+    }
+    if (const auto error = writeTempImage(image)) {
+        tell(*error);
+        Tag = "False";
+        return;
+    }
+    if (!m_comPort->PortOpen()) m_comPort->OpenComPort();
+    SendProgram send(imageBytes(image), ProgramNumber);
+    ProgressWindow window{"Sending", "Sending to LMC", "Please Wait", send, m_comPort->port()};
+    m_operator.showModal(window);
+    if (send.outcome() == SendProgram::Outcome::NoContact) {
+        FailedBox failed;
+        m_operator.showModal(failed);
+    }
+    Tag = send.tag() ? "True" : "False";
+    if (send.outcome() == SendProgram::Outcome::Stored)
+        m_operator.tell("Program " + std::to_string(ProgramNumber) + " sent successful", "Successful");
+}
+
+void Form1::M_Download() {
+    if (!m_comPort) return;
+    // A download replaces the Program on the screen: unsaved work is not lost without the question.
+    if (m_state.FileChanged) {
+        const Answer answer = askSaveChanges();
+        if (answer == Answer::Cancel) return;
+        if (answer == Answer::Yes && saveFromPrompt() != SaveOutcome::Saved) return;
+    }
+    ProgramNumber = 0;
+    ProgramNumberDialog numberDialog("Download");
+    m_operator.showModal(numberDialog);
+    ProgramNumber = static_cast<std::int16_t>(numberDialog.ProgramNumber);
+    if (ProgramNumber == 0) return;
+
+    // From here the former Program is gone, whatever the line does.
+    if (m_state.GridLoaded) destroyGrid();
+    ProgramGrid& grid = createGrid();
+    prepareDownloadGrid(m_state, grid);
+    grid.Visible = true;
+    setProgramMenusEnabled(true);
+    if (!m_comPort->PortOpen()) m_comPort->OpenComPort();
+
+    DownloadProgram download(m_state, grid, ProgramNumber);
+    ProgressWindow window{"Downloading", "Downloading from LMC", "Please Wait", download, m_comPort->port()};
+    m_operator.showModal(window);
+    ++m_gridGeneration;
+    Tag = download.tag() ? "True" : "False";
+    if (download.outcome() == DownloadProgram::Outcome::Failed) {
+        m_comPort->port().dropInput();
+        m_comPort->port().dropOutput();
+        FailedBox failed;
+        m_operator.showModal(failed);
+    }
+}
+
+}  // namespace halvane
