@@ -10,6 +10,7 @@
 #include "authoring/program_file.h"
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
+#include "links/program_image.h"
 
 namespace halvane::cli {
 
@@ -22,6 +23,10 @@ std::optional<ProgramFileError> loadProgram(const std::string& path, SharedState
 
 // `grid`: a line of the Program's shape, then every grid row from row 0, cells as text@BBGGRR.
 void printGrid(const SharedState& state, const ProgramGrid& grid, std::ostream& out);
+
+// `image`: the Program image exactly as temp.lm47 would hold it. Returns what would stop a send of
+// it, so that the caller can say so beside the image.
+std::optional<ImageProblem> printImage(const SharedState& state, ProgramGrid& grid, std::ostream& out);
 
 // Where and how the transmitter is reached, from the command line's options.
 struct TransmitterOptions {

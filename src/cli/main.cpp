@@ -10,6 +10,11 @@
 #include "authoring/startup.h"
 #include "cli/commands.h"
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 using namespace halvane;
 
 namespace {
@@ -19,11 +24,24 @@ constexpr const char* kUsage =
     "commands:\n"
     "  config                  the settings read from hvn.cfg, one Name=Value per line\n"
     "  grid PROGRAM.hvn        the Program grid, one row per line, cells as text@colour\n"
-    "  resave IN.hvn OUT.hvn   read a Program and write it again\n";
+    "  image PROGRAM.hvn       the Program image as temp.lm47 holds it, CR LF line ends\n"
+    "  resave IN.hvn OUT.hvn   read a Program and write it again\n"
+    "  send PROGRAM.hvn --place N [--port N | --device PATH] [--overwrite yes|no]\n"
+    "                          store the Program in place N of the transmitter (an occupied place is\n"
+    "                          answered No unless --overwrite yes); exit 0 only when it was stored\n"
+    "  download --place N [--port N | --device PATH] [-o OUT.hvn]\n"
+    "                          fetch place N and print it as `grid` does (and save it with -o)\n";
 
 int usage() {
     std::cerr << kUsage;
     return 2;
+}
+
+// The image's CR LF must reach a file or pipe unchanged.
+void binaryStdout() {
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
 }
 
 }  // namespace
@@ -51,7 +69,8 @@ int main(int argc, char** argv) {
         cli::printConfig(state, std::cout);
         return 0;
     }
-    if ((command == "grid" && args.size() == 2) || (command == "resave" && args.size() == 3)) {
+    if (((command == "grid" || command == "image") && args.size() == 2) ||
+        (command == "resave" && args.size() == 3)) {
         std::unique_ptr<ProgramGrid> grid;
         if (const auto error = cli::loadProgram(args[1], state, grid)) {
             std::cerr << error->message() << '\n';
@@ -61,12 +80,26 @@ int main(int argc, char** argv) {
             cli::printGrid(state, *grid, std::cout);
             return std::cout.flush() ? 0 : 1;
         }
+        if (command == "image") {
+            binaryStdout();
+            if (const auto problem = cli::printImage(state, *grid, std::cout))
+                std::cerr << args[1] << ": warning: " << problem->message << '\n';
+            return std::cout.flush() ? 0 : 1;
+        }
         state.FilePath = args[2];
         if (const auto error = writeProgramFile(state, *grid)) {
             std::cerr << error->message() << '\n';
             return 1;
         }
         return 0;
+    }
+    if (command == "send" && args.size() >= 2) {
+        const auto options = cli::parseTransmitterOptions({args.begin() + 2, args.end()}, false);
+        return options ? cli::sendCommand(args[1], *options, state) : usage();
+    }
+    if (command == "download") {
+        const auto options = cli::parseTransmitterOptions({args.begin() + 1, args.end()}, true);
+        return options ? cli::downloadCommand(*options, state) : usage();
     }
     return usage();
 }
