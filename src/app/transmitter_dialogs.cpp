@@ -16,10 +16,13 @@
 namespace halvane::app {
 
 namespace {
-TimePoint now() { return std::chrono::steady_clock::now(); }
+TimePoint now() {
+    return std::chrono::steady_clock::now();
+}
 }  // namespace
 
-ProgramNumberView::ProgramNumberView(ProgramNumberDialog& model, QWidget* parent) : QDialog(parent), m_model(model) {
+ProgramNumberView::ProgramNumberView(ProgramNumberDialog& model, QWidget* parent)
+    : QDialog(parent), m_model(model) {
     setWindowTitle(QString::fromStdString(model.Caption));
     setObjectName(model.Caption == "Send" ? "frmSend" : "frmDownload");
     auto* layout = new QVBoxLayout(this);

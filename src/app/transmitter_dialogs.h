@@ -21,10 +21,10 @@ namespace halvane::app {
 
 class ProgramNumberView : public QDialog {
     Q_OBJECT
-public:
+  public:
     ProgramNumberView(ProgramNumberDialog& model, QWidget* parent = nullptr);
 
-private:
+  private:
     void act(void (ProgramNumberDialog::*handler)());
     ProgramNumberDialog& m_model;
     QLineEdit* m_text1;
@@ -34,14 +34,14 @@ private:
 // deadlines on a timer. Closes itself when the dialogue has ended.
 class ProgressView : public QDialog {
     Q_OBJECT
-public:
+  public:
     ProgressView(ProgressWindow& model, Operator& op, QWidget* parent = nullptr);
     ~ProgressView() override;
 
-protected:
+  protected:
     void reject() override {}  // the dialogue decides when the window closes
 
-private:
+  private:
     void begin();
     void step();
     ProgressWindow& m_model;
@@ -54,7 +54,7 @@ private:
 
 class FailedView : public QDialog {
     Q_OBJECT
-public:
+  public:
     explicit FailedView(QWidget* parent = nullptr);
 };
 

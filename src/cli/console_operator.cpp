@@ -6,7 +6,9 @@
 
 namespace halvane::cli {
 
-void ConsoleOperator::tell(const std::string& text, const std::string& title) { m_err << title << ": " << text << '\n'; }
+void ConsoleOperator::tell(const std::string& text, const std::string& title) {
+    m_err << title << ": " << text << '\n';
+}
 
 Answer ConsoleOperator::ask(const std::string& text, const std::string& title, Buttons) {
     m_err << title << ": " << text << ' ' << (m_answer == Answer::Yes ? "Yes" : "No") << '\n';

@@ -8,7 +8,7 @@
 namespace halvane::cli {
 
 class ConsoleOperator : public Operator {
-public:
+  public:
     ConsoleOperator(std::ostream& err, Answer answerToQuestions) : m_err(err), m_answer(answerToQuestions) {}
 
     void tell(const std::string& text, const std::string& title) override;
@@ -26,7 +26,7 @@ public:
     void showModal(FailedBox&) override;
     std::string showPopup(const std::string&) override { return {}; }
 
-private:
+  private:
     std::ostream& m_err;
     Answer m_answer;
 };

@@ -11,7 +11,9 @@
 
 namespace halvane::cli {
 
-PosixSerialPort::~PosixSerialPort() { close(); }
+PosixSerialPort::~PosixSerialPort() {
+    close();
+}
 
 bool PosixSerialPort::open(const std::string& deviceName) {
     if (m_fd >= 0) return false;
@@ -89,13 +91,18 @@ void PosixSerialPort::setModemLine(int line, bool on) {
     if (m_fd >= 0) ::ioctl(m_fd, on ? TIOCMBIS : TIOCMBIC, &line);
 }
 
-void PosixSerialPort::setRts(bool on) { setModemLine(TIOCM_RTS, on); }
-void PosixSerialPort::setDtr(bool on) { setModemLine(TIOCM_DTR, on); }
+void PosixSerialPort::setRts(bool on) {
+    setModemLine(TIOCM_RTS, on);
+}
+void PosixSerialPort::setDtr(bool on) {
+    setModemLine(TIOCM_DTR, on);
+}
 
 bool PosixSerialPort::waitReadable(std::chrono::milliseconds timeout) {
     if (m_fd < 0) return false;
     pollfd p{m_fd, POLLIN, 0};
-    return ::poll(&p, 1, static_cast<int>(std::max<std::chrono::milliseconds::rep>(timeout.count(), 0))) > 0 &&
+    return ::poll(&p, 1, static_cast<int>(std::max<std::chrono::milliseconds::rep>(timeout.count(), 0))) >
+               0 &&
            (p.revents & POLLIN);
 }
 

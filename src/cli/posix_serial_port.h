@@ -10,7 +10,7 @@
 namespace halvane::cli {
 
 class PosixSerialPort : public SerialPort {
-public:
+  public:
     ~PosixSerialPort() override;
 
     bool open(const std::string& deviceName) override;
@@ -30,7 +30,7 @@ public:
     // Why the last open failed.
     const std::string& error() const { return m_error; }
 
-private:
+  private:
     void setModemLine(int line, bool on);
     int m_fd = -1;
     std::string m_name;

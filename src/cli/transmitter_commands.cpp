@@ -21,7 +21,9 @@ namespace halvane::cli {
 
 namespace {
 
-TimePoint now() { return std::chrono::steady_clock::now(); }
+TimePoint now() {
+    return std::chrono::steady_clock::now();
+}
 
 // Runs a dialogue on the port until it ends, waiting for bytes or for its next deadline.
 void runOnPort(Dialogue& dialogue, PosixSerialPort& port, Operator& op) {
@@ -66,7 +68,8 @@ std::optional<int> number(const std::string& text) {
 
 }  // namespace
 
-std::optional<TransmitterOptions> parseTransmitterOptions(const std::vector<std::string>& args, bool canSave) {
+std::optional<TransmitterOptions> parseTransmitterOptions(const std::vector<std::string>& args,
+                                                          bool canSave) {
     TransmitterOptions options;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
@@ -137,7 +140,8 @@ int sendCommand(const std::string& programFile, const TransmitterOptions& option
             op.showModal(box);
             return 1;
         }
-        default: return 1;
+        default:
+            return 1;
     }
 }
 

@@ -47,6 +47,8 @@ class VirtualLine {
             m_dialogue.onTime(now);
             carryOut(now);
         }
+        // What was written last is still on its way when the dialogue ends.
+        while (!m_toDevice.empty()) deliverToDevice(m_toDevice.front().at);
         return now;
     }
 
