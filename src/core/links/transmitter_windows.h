@@ -10,7 +10,7 @@ class Dialogue;
 class SerialPort;
 
 class ProgramNumberDialog {
-public:
+  public:
     // `caption` is "Send" or "Download".
     explicit ProgramNumberDialog(std::string caption) : Caption(std::move(caption)) {}
 
@@ -26,7 +26,7 @@ public:
     bool closed() const { return m_closed; }
     int ProgramNumber = 0;
 
-private:
+  private:
     int m_counter = 1;
     bool m_closed = false;
 };
@@ -46,7 +46,8 @@ struct FailedBox {
     static constexpr const char* Label1 = "Communications Failed";
     static constexpr const char* Label2 = "Make sure LMC is connected and is in PC Comm Mode";
     static constexpr const char* Label3 =
-        "If this continues to happens. On the LMC exit all the way back to the main menu and enter PC Comm Mode "
+        "If this continues to happens. On the LMC exit all the way back to the main menu and enter PC Comm "
+        "Mode "
         "again.";
 };
 

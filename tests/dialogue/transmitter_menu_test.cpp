@@ -1,0 +1,101 @@
+// The Transmitter menu of the main window: what Send checks before a byte goes out, the messages around
+// the dialogues, and the question before a download replaces unsaved work.
+
+#include <gtest/gtest.h>
+
+#include "../core/fake_links.h"
+#include "../core/program_fixture.h"
+#include "links/com_port.h"
+#include "sim/devices.h"
+#include "sim/transmitter.h"
+#include "virtual_line.h"
+
+namespace halvane {
+namespace {
+
+struct TransmitterMenu : testing::ProgramFixture {
+    testing::FakeSerialPort port;
+    PortNames names;
+    ComPortModule comPort{state, port, names, op};
+    sim::Range range{4};
+    std::unique_ptr<sim::Device> transmitter = sim::makeTransmitter(range, {});
+
+    void SetUp() override {
+        ProgramFixture::SetUp();
+        port.present = {names.device(1)};
+        form.attachLinks(&comPort, nullptr);
+    }
+    void chooseNumber(const std::string& text) {
+        op.numberScript.push_back([text](ProgramNumberDialog& d) {
+            d.Text1 = text;
+            d.OKButton();
+        });
+    }
+    // The progress window runs its dialogue against the simulated transmitter.
+    void runOnTransmitter() {
+        op.progressScript.push_back(
+            [this](ProgressWindow& w) { testing::VirtualLine(w.dialogue, *transmitter, op).run(); });
+    }
+};
+
+TEST_F(TransmitterMenu, SendStoresTheProgramAndSaysSoWithTheNumberAsChosen) {
+    put(1, {{1, "Friend"}, {3, "Foe"}});
+    chooseNumber("25");
+    runOnTransmitter();
+    form.M_Send();
+    EXPECT_EQ(op.log.back(), "tell: Successful: Program 25 sent successful");
+    EXPECT_EQ(form.Tag, "True");
+    EXPECT_EQ(sim::asTransmitter(*transmitter).place(10).value_or("").substr(0, 6),
+              std::string("\xF3\x01\xFD\x02\xF2\x01", 6));
+}
+
+TEST_F(TransmitterMenu, SendRefusesAnImageThatCannotBeBytesBeforeAnythingGoesOut) {
+    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("400"));
+    form.M_Time();
+    put(2, {{1, "Down"}, {300, "Foe"}});
+    chooseNumber("1");
+    op.log.clear();
+    form.M_Send();
+    ASSERT_EQ(op.log.size(), 2u);
+    EXPECT_NE(op.log[1].find("tell: Halvane: The Program cannot be sent:"), std::string::npos) << op.log[1];
+    EXPECT_NE(op.log[1].find("row 300"), std::string::npos) << op.log[1];
+    EXPECT_TRUE(port.written.empty());
+    EXPECT_EQ(form.Tag, "False");
+}
+
+TEST_F(TransmitterMenu, NoContactShowsTheFailureWindow) {
+    op.progressScript.push_back([](ProgressWindow& w) {
+        sim::Range silentRange(1);
+        sim::Faults silent;
+        silent.silent = true;
+        auto device = sim::makeTransmitter(silentRange, silent);
+        testing::ScriptedOperator quiet;
+        testing::VirtualLine(w.dialogue, *device, quiet).run();
+    });
+    chooseNumber("2");
+    form.M_Send();
+    EXPECT_EQ(op.log.back(), "show: Communication Failed");
+    EXPECT_EQ(form.Tag, "False");
+}
+
+TEST_F(TransmitterMenu, DownloadAsksBeforeItReplacesUnsavedWorkThenFillsTheGrid) {
+    put(1, {{2, "Edge"}});
+    state.FileChanged = true;
+    op.answers = {Answer::Cancel};
+    form.M_Download();
+    EXPECT_EQ(op.log.back(), "ask: Halvane: File is Changed do you want to save?");
+    EXPECT_EQ(grid().TextMatrix(2, 1), "Edge");
+
+    sim::asTransmitter(*transmitter).setPlace(4, std::string("\xF2\x02\xFD\x03\xF0\x02", 6));
+    op.answers = {Answer::No};
+    chooseNumber("4");
+    runOnTransmitter();
+    form.M_Download();
+    EXPECT_EQ(column(2, 1, 4), "Foe Foe Foe Down");
+    EXPECT_EQ(state.NumSeconds, 3);
+    EXPECT_EQ(form.Tag, "True");
+    EXPECT_TRUE(form.item("M_Send").enabled);
+}
+
+}  // namespace
+}  // namespace halvane
