@@ -290,20 +290,15 @@ TEST_F(MainWindow, ExitAndTheCloseBox) {
     EXPECT_FALSE(positions.entries.empty());
 
     // With changes and Yes: saved, and the end comes at once without storing the position.
-    SharedState s;
-    ScriptedOperator op2;
-    MemoryPositionStore store;
-    Form1 f(s, op2, store);
-    f.Load();
-    op2.settingsScript.push_back(ScriptedOperator::typeAndOk("3"));
-    f.M_New();
-    s.FileChanged = true;
-    op2.answers = {Answer::Yes};
-    op2.files = {ChosenFile{dir.file("exit.hvn"), "exit.hvn"}};
-    f.M_Exit();
-    EXPECT_EQ(f.ending(), Form1::Ending::Now);
+    positions.entries.clear();
+    newProgram("3");
+    state.FileChanged = true;
+    op.answers = {Answer::Yes};
+    op.files = {ChosenFile{dir.file("exit.hvn"), "exit.hvn"}};
+    form.M_Exit();
+    EXPECT_EQ(form.ending(), Form1::Ending::Now);
     EXPECT_TRUE(std::filesystem::exists(dir.file("exit.hvn")));
-    EXPECT_TRUE(store.entries.empty());
+    EXPECT_TRUE(positions.entries.empty());
 }
 
 TEST_F(MainWindow, WindowPositionIsRestoredAndNotSavedWhileMinimised) {
@@ -315,10 +310,9 @@ TEST_F(MainWindow, WindowPositionIsRestoredAndNotSavedWhileMinimised) {
     SharedState s;
     Form1 f(s, op, positions);
     f.Load();
-    EXPECT_EQ(f.placement().Left, 2400);
-    EXPECT_EQ(f.placement().Top, 600);
-    EXPECT_EQ(f.placement().Height, 9000);
-    EXPECT_EQ(f.placement().Width, 12000);
+    const WindowPlacement& p = f.placement();
+    EXPECT_EQ(std::vector<double>({p.Left, p.Top, p.Height, p.Width}),
+              std::vector<double>({2400, 600, 9000, 12000}));
 
     f.placement().Left = 4800;
     f.placement().WindowState = 1;

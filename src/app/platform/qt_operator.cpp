@@ -66,44 +66,38 @@ void QtOperator::openDocument(const std::string& path) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
 }
 
+namespace {
+// Each model is shown by its own view, modal over the main window.
+template <class View, class... Args>
+void execModal(Args&&... args) {
+    View view(std::forward<Args>(args)...);
+    view.exec();
+}
+}  // namespace
+
 void QtOperator::showModal(Settings& dialog) {
-    ProgramSetupDialog view(dialog, m_parent);
-    view.exec();
+    execModal<ProgramSetupDialog>(dialog, m_parent);
 }
-
 void QtOperator::showModal(AboutBox& dialog) {
-    AboutDialog view(dialog, m_parent);
-    view.exec();
+    execModal<AboutDialog>(dialog, m_parent);
 }
-
 void QtOperator::showModal(Face_time& dialog) {
-    FaceTimeDialog view(dialog, m_parent);
-    view.exec();
+    execModal<FaceTimeDialog>(dialog, m_parent);
 }
-
 void QtOperator::showModal(frmDisplay& dialog) {
-    SetupDialog view(dialog, m_parent);
-    view.exec();
+    execModal<SetupDialog>(dialog, m_parent);
 }
-
 void QtOperator::showModal(frmEthernetSetup& dialog) {
-    EthernetSetupDialog view(dialog, m_parent);
-    view.exec();
+    execModal<EthernetSetupDialog>(dialog, m_parent);
 }
-
 void QtOperator::showModal(ProgramNumberDialog& dialog) {
-    ProgramNumberView view(dialog, m_parent);
-    view.exec();
+    execModal<ProgramNumberView>(dialog, m_parent);
 }
-
 void QtOperator::showModal(ProgressWindow& window) {
-    ProgressView view(window, *this, m_parent);
-    view.exec();
+    execModal<ProgressView>(window, *this, m_parent);
 }
-
 void QtOperator::showModal(FailedBox&) {
-    FailedView view(m_parent);
-    view.exec();
+    execModal<FailedView>(m_parent);
 }
 
 void QtOperator::critical(const std::string& text, const std::string& title) {
