@@ -1,6 +1,8 @@
 #pragma once
 // What the end-to-end tests share: a console's side of a pty or a socket, and a scratch folder.
 
+#include <gtest/gtest.h>
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -44,16 +46,9 @@ inline UniqueFd connectLoopback(std::uint16_t port) {
     return fd;
 }
 
+// The few bytes a test sends, which go out in one write.
 inline void writeAll(int fd, const std::string& bytes) {
-    for (std::size_t done = 0; done < bytes.size();) {
-        const auto n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n > 0)
-            done += static_cast<std::size_t>(n);
-        else if (n < 0 && errno != EAGAIN && errno != EINTR)
-            return;
-        else
-            ::poll(nullptr, 0, 1);
-    }
+    EXPECT_EQ(::write(fd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
 }
 
 // Reads until `count` bytes have come, the far end closes, or `timeout` passes; with `oneRead`, takes

@@ -17,11 +17,6 @@ TimePoint at(double bytes) {
 }
 
 TEST(LineQueue, PacedBytesCrossOneByteTimeApartFromWhenTheLineIsFree) {
-    LineQueue unpaced(false);
-    unpaced.push("abc", t0);
-    EXPECT_EQ(unpaced.ready(t0), "abc");
-    EXPECT_EQ(unpaced.nextReady(t0), std::nullopt);
-
     LineQueue line(true);
     line.push("abc", t0);
     EXPECT_EQ(line.ready(t0), "");

@@ -2,10 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <ctime>
-#include <deque>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "e2e_support.h"
 #include "sim/server/sim_server.h"
@@ -18,63 +19,49 @@ using sim::LogEntry;
 using sim::SimServer;
 using sim::TimePoint;
 
-// A stand-in device: an optional hello, then for each piece received whatever `answer` makes of it,
-// `delay` later; asks to hang up once it has been sent "Q".
+// A stand-in device: an optional hello, then for each piece received whatever `answer` makes of it, all
+// due at once; asks to hang up once it has been sent "Q".
 class ScriptedDevice : public sim::Device {
   public:
     using Answer = std::function<std::string(std::string_view)>;
-    static std::string echo(std::string_view bytes) { return std::string(bytes); }
 
-    explicit ScriptedDevice(std::string hello = {}, std::chrono::milliseconds delay = 0ms,
-                            Answer answer = echo)
-        : m_delay(delay), m_answer(std::move(answer)) {
-        if (!hello.empty()) m_due.push_back({Clock::now() + delay, std::move(hello)});
+    explicit ScriptedDevice(
+        std::string hello = {}, Answer answer = [](std::string_view bytes) { return std::string(bytes); })
+        : m_answer(std::move(answer)) {
+        if (!hello.empty()) m_due.push_back(std::move(hello));
     }
     std::string name() const override { return "scripted"; }
-    void receive(std::string_view bytes, TimePoint now) override {
-        if (bytes == "Q")
-            m_close = true;
-        else if (auto reply = m_answer(bytes); !reply.empty())
-            m_due.push_back({now + m_delay, std::move(reply)});
+    void receive(std::string_view bytes, TimePoint) override {
+        m_close = m_close || bytes == "Q";
+        if (auto reply = m_answer(bytes); !m_close && !reply.empty()) m_due.push_back(std::move(reply));
     }
-    std::vector<std::string> takeDue(TimePoint now) override {
-        std::vector<std::string> chunks;
-        for (; !m_due.empty() && m_due.front().first <= now; m_due.pop_front())
-            chunks.push_back(std::move(m_due.front().second));
-        return chunks;
-    }
+    std::vector<std::string> takeDue(TimePoint) override { return std::exchange(m_due, {}); }
     std::optional<TimePoint> nextDue() const override {
-        return m_due.empty() ? std::nullopt : std::optional(m_due.front().first);
+        return m_due.empty() ? std::nullopt : std::optional(TimePoint{});
     }
     bool wantsClose() const override { return m_close; }
 
   private:
-    std::chrono::milliseconds m_delay;
     Answer m_answer;
-    std::deque<std::pair<TimePoint, std::string>> m_due;
+    std::vector<std::string> m_due;
     bool m_close = false;
 };
 
-// The frame log as the server thread writes it, read from the test's thread.
+// The frame log as the server thread writes it, read from the test's thread: for each kind, every
+// entry's device and bytes end to end, a note followed by a new line.
 class LogRecorder {
   public:
     SimServer::LogSink sink() {
         return [this](const LogEntry& entry) {
+            const bool note = entry.kind == LogEntry::Kind::Note;
             std::lock_guard lock(m_mutex);
-            m_entries.push_back(entry);
+            m_joined[entry.kind] += entry.device + (note ? " " : "") + entry.bytes + (note ? "\n" : "");
         };
     }
-    // Every chunk of one direction, end to end; or every note, one per line.
     std::string all(LogEntry::Kind kind) const {
         std::lock_guard lock(m_mutex);
-        std::string joined;
-        for (const auto& entry : m_entries)
-            if (entry.kind == kind)
-                joined += entry.device + (kind == LogEntry::Kind::Note ? " " : "") + entry.bytes +
-                          (kind == LogEntry::Kind::Note ? "\n" : "");
-        return joined;
+        return m_joined.count(kind) ? m_joined.at(kind) : "";
     }
-
     bool waitFor(LogEntry::Kind kind, const std::string& joined) const {
         for (const auto end = Clock::now() + 3s; Clock::now() < end; std::this_thread::sleep_for(1ms))
             if (all(kind) == joined) return true;
@@ -83,7 +70,7 @@ class LogRecorder {
 
   private:
     mutable std::mutex m_mutex;
-    std::vector<LogEntry> m_entries;
+    std::map<LogEntry::Kind, std::string> m_joined;
 };
 
 // run() on a thread of its own for one test, stopped and joined however the test ends.
@@ -100,55 +87,36 @@ class Running {
     std::thread m_thread;
 };
 
-std::string everyByteValue() {
-    std::string bytes;
-    for (int value = 0; value < 256; ++value) bytes += static_cast<char>(value);
-    return bytes;
-}
-
 // The device speaks first, before any console has the line open and has made it raw: that is when the
-// tty layer would otherwise mangle control bytes and echo them back to the device.
-TEST(SimServer, EveryByteValueCrossesThePtyUnchangedBothWaysThroughItsLink) {
-    ScratchDir scratch;
-    const auto link = scratch.path() / "links" / "echo";
-    const auto all = everyByteValue();
-    {
-        SimServer server({.pace = false, .linkDir = scratch.path() / "links"});
-        const auto slave = server.addPty("echo", std::make_unique<ScriptedDevice>(all));
-        EXPECT_EQ(server.ptyPath("echo"), slave);
-        EXPECT_EQ(server.linkPath("echo"), link);
-        EXPECT_EQ(std::filesystem::read_symlink(link), slave);
-        LogRecorder log;
-        server.setLog(log.sink());
-        Running running(server);
-        ASSERT_TRUE(log.waitFor(LogEntry::Kind::ToConsole, "scripted" + all));
-        std::this_thread::sleep_for(20ms);  // for any echo from the tty to reach the device
-
-        const auto line = openLine(link);
-        ASSERT_TRUE(line);
-        EXPECT_EQ(readFor(line.get(), all.size()), all);
-        writeAll(line.get(), all);
-        EXPECT_EQ(readFor(line.get(), all.size()), all);
-        EXPECT_EQ(log.all(LogEntry::Kind::ToDevice), "scripted" + all);
-    }
-    EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(link)));
-}
-
-TEST(SimServer, ConsoleClosingAndReopeningThePtyKeepsItServing) {
+// tty layer would otherwise mangle control bytes and echo them back to the device. Then consoles come
+// and go, and the device keeps answering.
+TEST(SimServer, EveryByteValueCrossesThePtyUnchangedBothWaysAndItOutlivesItsConsoles) {
+    std::string all;
+    for (int value = 0; value < 256; ++value) all += static_cast<char>(value);
     SimServer server;
-    const auto slave = server.addPty("echo", std::make_unique<ScriptedDevice>());
+    const auto slave = server.addPty("echo", std::make_unique<ScriptedDevice>(all));
+    EXPECT_EQ(server.ptyPath("echo"), slave);
+    LogRecorder log;
+    server.setLog(log.sink());
     Running running(server);
-    for (const std::string ping : {"first", "second", "third"}) {
-        {
-            const auto line = openLine(slave);
-            ASSERT_TRUE(line) << ping;
-            writeAll(line.get(), ping);
-            EXPECT_EQ(readFor(line.get(), ping.size()), ping);
-        }
+    ASSERT_TRUE(log.waitFor(LogEntry::Kind::ToConsole, "scripted" + all));
+    std::this_thread::sleep_for(20ms);  // for any echo from the tty to reach the device
+
+    auto line = openLine(slave);
+    ASSERT_TRUE(line);
+    EXPECT_EQ(readFor(line.get(), all.size()), all);
+    writeAll(line.get(), all);
+    EXPECT_EQ(readFor(line.get(), all.size()), all);
+    EXPECT_EQ(log.all(LogEntry::Kind::ToDevice), "scripted" + all);
+    for (const std::string ping : {"second", "third"}) {
+        line.reset();
         // With the console gone the server sleeps, rather than spin on the hung-up line.
         const auto cpuBefore = std::clock();
         std::this_thread::sleep_for(100ms);
         EXPECT_LT(std::clock() - cpuBefore, CLOCKS_PER_SEC / 50) << ping;
+        line = openLine(slave);
+        writeAll(line.get(), ping);
+        EXPECT_EQ(readFor(line.get(), ping.size()), ping);
     }
 }
 
@@ -158,7 +126,6 @@ TEST(SimServer, EachTcpConnectionGetsItsOwnDeviceWithItsHelloAloneThenRepliesUnt
     server.setLog(log.sink());
     const auto port =
         server.listenTcp([] { return std::make_unique<ScriptedDevice>(std::string("*KRV_CONN*")); });
-    EXPECT_NE(port, 0);
     EXPECT_EQ(server.tcpPort(), port);
     Running running(server);
 
@@ -202,7 +169,7 @@ TEST(SimServer, PacingGivesEachDirectionRealLineTime) {
     };
     for (const auto& test : cases) {
         SimServer server({.pace = test.pace, .linkDir = {}});
-        const auto slave = server.addPty("paced", std::make_unique<ScriptedDevice>("", 0ms, test.answer));
+        const auto slave = server.addPty("paced", std::make_unique<ScriptedDevice>("", test.answer));
         Running running(server);
         const auto line = openLine(slave);
         const auto sent = Clock::now();
@@ -230,7 +197,7 @@ TEST(SimServer, StopEndsRunPromptlyWhateverItWaitsFor) {
         stoppedFirst.run();  // returns at once, or the test hangs
     }
     SimServer server;
-    server.addPty("sleepy", std::make_unique<ScriptedDevice>("hello", 3600s));
+    server.addPty("idle", std::make_unique<ScriptedDevice>());
     server.listenTcp([] { return std::make_unique<ScriptedDevice>(); });
     std::thread thread([&server] { server.run(); });
     std::this_thread::sleep_for(50ms);

@@ -41,6 +41,13 @@ inline std::string hexOf(std::string_view bytes) {
     return out;
 }
 
+// The block with its 16-bit sum behind it, high byte first.
+inline std::string withSum(std::string block) {
+    unsigned sum = 0;
+    for (char c : block) sum += static_cast<unsigned char>(c);
+    return block + static_cast<char>(sum >> 8 & 0xFF) + static_cast<char>(sum & 0xFF);
+}
+
 // The chunks due by `now`, each as hexadecimal text, joined by " | ".
 inline std::string dueHex(Device& device, TimePoint now) {
     std::string out;
@@ -65,12 +72,8 @@ struct Step {
 };
 
 inline void run(Device& device, const std::vector<Step>& steps) {
-    for (const Step& s : steps) {
-        if (!s.in.empty()) device.receive(s.in, at(s.ms));
-        std::string out;
-        for (const std::string& chunk : device.takeDue(at(s.ms))) out += chunk;
-        EXPECT_EQ(hexOf(out), hexOf(s.out)) << "at " << s.ms << " ms";
-    }
+    for (const Step& s : steps)
+        EXPECT_EQ(hexOf(exchange(device, s.in, at(s.ms))), hexOf(s.out)) << s.ms << " ms";
 }
 
 // Each target as face letter (Down, Edge, fOe, Friend) and hits, with "#n" when its number is not its
