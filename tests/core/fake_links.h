@@ -15,7 +15,6 @@ class FakeSerialPort : public SerialPort {
     std::string opened;
     std::string written;
     std::string input;
-    int drops = 0;
 
     bool open(const std::string& device) override {
         if (!present.count(device) || !opened.empty()) return false;
@@ -32,10 +31,7 @@ class FakeSerialPort : public SerialPort {
         input.erase(0, out.size());
         return out;
     }
-    void dropInput() override {
-        input.clear();
-        ++drops;
-    }
+    void dropInput() override { input.clear(); }
     void dropOutput() override {}
     void setRts(bool) override {}
     void setDtr(bool) override {}

@@ -5,29 +5,17 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
-#include "authoring/main_window.h"
 #include "scripted_operator.h"
 
 namespace halvane::testing {
 
-class ProgramFixture : public ::testing::Test {
+class ProgramFixture : public ::testing::Test, public Window {
   protected:
-    SharedState state;
-    ScriptedOperator op;
-    MemoryPositionStore positions;
-    Form1 form{state, op, positions};
-
-    void SetUp() override {
-        state.NumTargets = 4;
-        form.Load();
-        op.settingsScript.push_back(ScriptedOperator::typeAndOk("30"));
-        form.M_New();
-        op.log.clear();
-    }
-    ProgramGrid& grid() { return *form.grid(); }
+    void SetUp() override { newProgram(4, "30"); }
 
     // Writes words into rows of a column with their colours, as Face Time leaves them.
     void put(int col, std::vector<std::pair<int, std::string>> cells) {
@@ -47,6 +35,11 @@ class ProgramFixture : public ::testing::Test {
         return out;
     }
     bool highlighted(int row, int col) { return grid().cellBackColor(row, col) == grid().BackColorSel; }
+    // A cell's text, back colour, fore colour and alignment.
+    std::tuple<std::string, Color, Color, int> cell(int row, int col) {
+        return {grid().TextMatrix(row, col), grid().cellBackColor(row, col), grid().cellForeColor(row, col),
+                grid().cellAlignment(row, col)};
+    }
 };
 
 }  // namespace halvane::testing

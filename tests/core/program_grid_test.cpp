@@ -10,62 +10,40 @@
 namespace halvane {
 namespace {
 
-SharedState targets(int numTargets, int seconds) {
+SharedState targets(int numTargets, int seconds, bool groups = false) {
     SharedState s;
     s.NumTargets = static_cast<std::int16_t>(numTargets);
     s.NumSeconds = static_cast<std::int16_t>(seconds);
+    s.UseGroups = groups;
+    s.NumGroups = static_cast<std::int16_t>(numTargets);
     return s;
 }
 
 TEST(SetupGrid, LabelsSecondsAndHeadsColumnsByMode) {
-    SharedState s = targets(3, 1);
     ProgramGrid grid;
-    SetupGrid(grid, s);
-    EXPECT_EQ(grid.Rows(), 3);
-    EXPECT_EQ(grid.Cols(), 4);
+    SetupGrid(grid, targets(3, 1));
+    EXPECT_EQ(std::make_pair(grid.Rows(), grid.Cols()), std::make_pair(3, 4));
     EXPECT_EQ(grid.TextMatrix(0, 0), "Seconds");
-    EXPECT_EQ(grid.TextMatrix(1, 0), "0");
-    EXPECT_EQ(grid.TextMatrix(2, 0), "1");
-    EXPECT_EQ(grid.TextMatrix(0, 1), "Target # 1");
+    EXPECT_EQ(grid.TextMatrix(1, 0) + " " + grid.TextMatrix(2, 0), "0 1");
     EXPECT_EQ(grid.TextMatrix(0, 3), "Target # 3");
-    EXPECT_EQ(grid.FocusRect, 2);
 
-    s.UseGroups = true;
-    s.NumGroups = 2;
     ProgramGrid groups;
-    SetupGrid(groups, s);
+    SetupGrid(groups, targets(2, 1, true));
     EXPECT_EQ(groups.Cols(), 3);
     EXPECT_EQ(groups.TextMatrix(0, 2), "Groups # 2");
-    // Fixed cells and empty data cells show the window's colours.
-    EXPECT_EQ(groups.cellBackColor(0, 1), colors::ButtonFace);
-    EXPECT_EQ(groups.cellBackColor(1, 1), colors::Window);
-    EXPECT_EQ(groups.TextMatrix(1, 1), "");
 }
 
 TEST(SetupGrid, ColumnWidthsDependOnColumnInTargetModeAndTotalInGroupMode) {
-    struct Case {
+    const struct {
         bool groups;
-        int count;
-        int column;
-        int width;
-    };
-    const Case cases[] = {
-        {false, 120, 1, 1000},   {false, 120, 99, 1000}, {false, 120, 100, 1200},
-        {false, 120, 120, 1200}, {true, 120, 1, 1100},   {true, 120, 120, 1100},
-        {true, 99, 1, 1000},     {true, 99, 99, 1000},   {true, 100, 1, 1100},
-    };
+        int count, column, width;
+    } cases[] = {{false, 120, 99, 1000}, {false, 120, 100, 1200}, {true, 99, 99, 1000}, {true, 100, 1, 1100}};
     for (const auto& c : cases) {
-        SharedState s = targets(c.count, 2);
-        s.UseGroups = c.groups;
-        s.NumGroups = static_cast<std::int16_t>(c.count);
         ProgramGrid grid;
-        SetupGrid(grid, s);
-        EXPECT_EQ(grid.ColWidth(c.column), c.width)
-            << (c.groups ? "groups " : "targets ") << c.count << " col " << c.column;
+        SetupGrid(grid, targets(c.count, 2, c.groups));
+        EXPECT_EQ(grid.ColWidth(c.column), c.width) << c.groups << " " << c.count << " col " << c.column;
+        EXPECT_EQ(grid.ColWidth(0), ProgramGrid::kDefaultColWidth);
     }
-    ProgramGrid grid;
-    SetupGrid(grid, targets(2, 2));
-    EXPECT_EQ(grid.ColWidth(0), ProgramGrid::kDefaultColWidth);
 }
 
 TEST(SetupGrid, ChangingTheLengthKeepsCellsOfRowsThatStay) {
@@ -82,33 +60,28 @@ TEST(SetupGrid, ChangingTheLengthKeepsCellsOfRowsThatStay) {
     EXPECT_EQ(grid.TextMatrix(5, 2), "Foe");
     EXPECT_EQ(grid.cellBackColor(5, 2), colors::Foe);
     EXPECT_EQ(grid.TextMatrix(21, 0), "20");
-    EXPECT_EQ(grid.TextMatrix(15, 1), "");
 
     s.NumSeconds = 5;
     SetupGrid(grid, s);
     EXPECT_EQ(grid.Rows(), 7);
-    EXPECT_EQ(grid.TextMatrix(5, 2), "Foe");
     s.NumSeconds = 10;
     SetupGrid(grid, s);
+    EXPECT_EQ(grid.TextMatrix(5, 2), "Foe");
     EXPECT_EQ(grid.TextMatrix(11, 1), "") << "rows dropped by a shorter length come back empty";
 }
 
 TEST(SetupGrid, RefusesLengthsAndColumnCountsTheGridCannotHold) {
     ProgramGrid grid;
     EXPECT_NO_THROW(SetupGrid(grid, targets(200, 32765)));
-    EXPECT_EQ(grid.Rows(), 32767);
-    EXPECT_EQ(grid.Cols(), 201);
+    EXPECT_EQ(std::make_pair(grid.Rows(), grid.Cols()), std::make_pair(32767, 201));
     EXPECT_EQ(grid.TextMatrix(32766, 0), "32765");
-    for (int seconds : {32766, 32767, -1}) {
+    for (int seconds : {32766, -1}) {
         ProgramGrid g;
         EXPECT_THROW(SetupGrid(g, targets(2, seconds)), Fault) << seconds;
         EXPECT_EQ(g.Rows(), 2) << "a refused length leaves the grid as it was";
     }
     ProgramGrid wide;
-    SharedState s = targets(2, 5);
-    s.UseGroups = true;
-    s.NumGroups = 201;
-    EXPECT_THROW(SetupGrid(wide, s), Fault);
+    EXPECT_THROW(SetupGrid(wide, targets(201, 5, true)), Fault);
     ProgramGrid none;
     SetupGrid(none, targets(0, 5));
     EXPECT_EQ(none.Cols(), 1) << "no targets configured: a Program without a data column";
@@ -123,6 +96,7 @@ TEST(ProgramGrid, AddingAColumnKeepsEveryCellInPlace) {
     grid.setCols(5);
     EXPECT_EQ(grid.TextMatrix(3, 2), "Pause");
     EXPECT_EQ(grid.cellBackColor(3, 2), colors::Pause);
+    // New cells show the window's colours: the heading's or an empty data cell's.
     EXPECT_EQ(grid.cellBackColor(3, 4), colors::Window);
     EXPECT_EQ(grid.cellBackColor(0, 4), colors::ButtonFace);
     EXPECT_THROW(grid.setRow(4), Fault);

@@ -9,6 +9,7 @@
 
 #include "authoring/about_box.h"
 #include "authoring/face_time.h"
+#include "authoring/main_window.h"
 #include "authoring/operator.h"
 #include "authoring/program_setup.h"
 #include "authoring/setup_dialog.h"
@@ -20,8 +21,7 @@ namespace halvane::testing {
 
 class ScriptedOperator : public Operator {
   public:
-    std::vector<std::string>
-        log;  // "tell: title: text", "ask: title: text", "save dialog: filter|index", ...
+    std::vector<std::string> log;  // "tell: title: text", "ask: title: text", "save dialog: filter #index"
     std::deque<Answer> answers;
     std::deque<std::optional<ChosenFile>> files;
     std::deque<std::function<void(Settings&)>> settingsScript;
@@ -32,10 +32,7 @@ class ScriptedOperator : public Operator {
     }
     Answer ask(const std::string& text, const std::string& title, Buttons) override {
         log.push_back("ask: " + title + ": " + text);
-        if (answers.empty()) throw std::logic_error("unexpected question: " + text);
-        const Answer a = answers.front();
-        answers.pop_front();
-        return a;
+        return next(answers, "unexpected question: " + text);
     }
     std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) override {
         return choose("open dialog: ", setup);
@@ -47,25 +44,16 @@ class ScriptedOperator : public Operator {
     void showModal(Settings& dialog) override {
         play(settingsScript, dialog, std::string(Settings::Caption) + " " + dialog.Text1);
     }
-    void showModal(AboutBox& dialog) override {
-        log.push_back("show: " + dialog.Caption + " " + dialog.lblVersion);
-    }
+    void showModal(AboutBox& d) override { log.push_back("show: " + d.Caption + " " + d.lblVersion); }
     void showModal(Face_time& dialog) override { play(faceTimeScript, dialog, Face_time::Caption); }
     void showModal(frmDisplay& dialog) override { play(setupScript, dialog, frmDisplay::Caption); }
-    void showModal(ProgramNumberDialog& dialog) override {
-        play(numberScript, dialog, dialog.Caption + " " + dialog.Text1);
-    }
+    void showModal(ProgramNumberDialog& d) override { play(numberScript, d, d.Caption + " " + d.Text1); }
     void showModal(ProgressWindow& window) override { play(progressScript, window, window.Caption); }
     void showModal(FailedBox&) override { log.push_back(std::string("show: ") + FailedBox::Caption); }
-    void showModal(frmEthernetSetup& dialog) override {
-        play(ethernetScript, dialog, frmEthernetSetup::Caption);
-    }
+    void showModal(frmEthernetSetup& d) override { play(ethernetScript, d, frmEthernetSetup::Caption); }
     std::string showPopup(const std::string& menu) override {
         log.push_back("popup: " + menu);
-        if (popupChoices.empty()) return "";
-        const std::string chosen = popupChoices.front();
-        popupChoices.pop_front();
-        return chosen;
+        return popupChoices.empty() ? "" : next(popupChoices, "");
     }
 
     template <class Dialog>
@@ -77,32 +65,31 @@ class ScriptedOperator : public Operator {
     std::deque<Script<ProgressWindow>> progressScript;
     std::deque<std::string> popupChoices;  // "" closes the popup with no choice
 
-    // Scripts for the Program Setup dialog.
+    // A script for the Program Setup dialog.
     static std::function<void(Settings&)> typeAndOk(std::string length) {
         return [length](Settings& d) {
             d.Text1 = length;
             d.OKButton();
         };
     }
-    static std::function<void(Settings&)> cancel() {
-        return [](Settings& d) { d.CancelButton(); };
-    }
 
   private:
+    // The next scripted reply; running out of them is a fault of the test.
+    template <class T>
+    static T next(std::deque<T>& script, const std::string& unexpected) {
+        if (script.empty()) throw std::logic_error(unexpected);
+        T reply = std::move(script.front());
+        script.pop_front();
+        return reply;
+    }
     template <class Dialog>
     void play(std::deque<Script<Dialog>>& script, Dialog& dialog, const std::string& what) {
         log.push_back("show: " + what);
-        if (script.empty()) throw std::logic_error("unexpected dialog " + what);
-        auto step = script.front();
-        script.pop_front();
-        step(dialog);
+        next(script, "unexpected dialog " + what)(dialog);
     }
     std::optional<ChosenFile> choose(const std::string& what, const FileDialogSetup& setup) {
         log.push_back(what + setup.filter + " #" + std::to_string(setup.filterIndex));
-        if (files.empty()) throw std::logic_error("unexpected file dialog");
-        auto f = files.front();
-        files.pop_front();
-        return f;
+        return next(files, "unexpected file dialog");
     }
 };
 
@@ -130,6 +117,24 @@ class MemoryPositionStore : public PositionStore {
             }
         entries.push_back({app, section, key, value});
     }
+};
+
+// A main window over its own state, answered by a scripted operator.
+struct Window {
+    SharedState state;
+    ScriptedOperator op;
+    MemoryPositionStore positions;
+    Form1 form{state, op, positions};
+
+    // Loads the window and makes a new Program of `seconds` over `targets` targets; the log starts empty.
+    void newProgram(int targets, const std::string& seconds) {
+        state.NumTargets = static_cast<std::int16_t>(targets);
+        form.Load();
+        op.settingsScript.push_back(ScriptedOperator::typeAndOk(seconds));
+        form.M_New();
+        op.log.clear();
+    }
+    ProgramGrid& grid() { return *form.grid(); }
 };
 
 }  // namespace halvane::testing

@@ -20,25 +20,19 @@ struct SetupDialog : testing::ProgramFixture {
 };
 
 TEST_F(SetupDialog, LoadShowsTheSettings) {
-    state.NumCols = 0;
     state.NumTargets = 0;
     state.StartBottom = false;
     state.IconSize = "Huge";
     state.UseGroups = true;
-    state.TypeNXBox = true;
-    state.TypeVMR4000 = true;  // both set by hand in the file: the last one set wins
-    state.RadioLMC = true;
+    state.TypeNXBox = state.TypeVMR4000 = true;  // both set by hand in the file: the last one set wins
     state.LeftClickIF = true;
     frmDisplay d(form);
-    EXPECT_EQ(d.Txt_NumCols, "0");
     EXPECT_EQ(d.Txt_NumTargets, "1");
     EXPECT_TRUE(d.optTop && !d.optBottom);
-    EXPECT_FALSE(d.optSmall || d.OptMed || d.optLarge);
-    EXPECT_TRUE(d.optGroups && !d.optNumbers);
+    EXPECT_FALSE(d.optSmall || d.OptMed || d.optLarge) << "a size the dialog does not offer";
+    EXPECT_TRUE(d.optGroups && !d.optNumbers && d.OldUseGroups);
     EXPECT_TRUE(d.OptVMR && !d.OptNX_Box && !d.OptLM_Series);
-    EXPECT_EQ(d.cb_LMC + 2 * d.cb_USB + 4 * d.cb_Wifi, 1);
     EXPECT_TRUE(d.optLeftClick && !d.optRightClick);
-    EXPECT_TRUE(d.OldUseGroups);
 }
 
 TEST_F(SetupDialog, PlusAndMinusStopAtTheirLimits) {
@@ -49,16 +43,13 @@ TEST_F(SetupDialog, PlusAndMinusStopAtTheirLimits) {
         d.Command10();
         d.Command8();
     }
-    EXPECT_EQ(d.Txt_NumTargets, "200");
-    EXPECT_EQ(d.Txt_NumCols, "30");
-    d.Txt_NumTargets = "2";
-    d.Txt_NumCols = "2";
+    EXPECT_EQ(d.Txt_NumTargets + " " + d.Txt_NumCols, "200 30");
+    d.Txt_NumTargets = d.Txt_NumCols = "2";
     for (int i = 0; i < 3; ++i) {
         d.Command9();
         d.Command7();
     }
-    EXPECT_EQ(d.Txt_NumTargets, "1");
-    EXPECT_EQ(d.Txt_NumCols, "1");
+    EXPECT_EQ(d.Txt_NumTargets + " " + d.Txt_NumCols, "1 1");
     d.Txt_NumCols = "x";
     d.Command8();
     EXPECT_EQ(d.Txt_NumCols, "x");
@@ -84,24 +75,20 @@ TEST_F(SetupDialog, OkStoresTheKeysInOrderAndSetsTheSettings) {
               "NX-Box=False\r\nLM-Series=True\r\nVMR4000=False\r\nLMC-Radio=False\r\nUSB-Radio=True\r\n"
               "WiFi-Radio=True\r\nLeftClickIF=True\r\n");
     EXPECT_EQ(state.NumTargets, 1) << "a typed 0 is 1 in memory and 0 in the file";
-    EXPECT_EQ(state.NumCols, 6);
-    EXPECT_FALSE(state.StartBottom);
-    EXPECT_EQ(state.IconSize, "Large");
-    EXPECT_TRUE(state.TypeLMSeries && state.RadioUSB && state.RadioWiFi && !state.RadioLMC);
-    EXPECT_TRUE(state.LeftClickIF);
+    EXPECT_TRUE(state.NumCols == 6 && !state.StartBottom && state.IconSize == "Large");
+    EXPECT_TRUE(state.TypeLMSeries && state.RadioUSB && state.RadioWiFi && !state.RadioLMC &&
+                state.LeftClickIF);
     EXPECT_TRUE(state.RightClickIF) << "the right-click flag keeps its start-up value";
 }
 
 TEST_F(SetupDialog, BadNumbersAreRefusedBeforeAnythingChanges) {
-    const struct {
-        const char* targets;
-        const char* cols;
-        const char* message;
-    } cases[] = {
+    // clang-format off
+    const struct { const char* targets; const char* cols; const char* message; } cases[] = {
         {"abc", "4", "Number of Targets (1-200): \"abc\" is not a number from -32768 to 32767."},
         {"12", "99999", "Number of Target Per Row: \"99999\" is not a number from -32768 to 32767."},
         {"201", "4", "Number of Targets (1-200): the range has at most 200 targets."},
     };
+    // clang-format on
     for (const auto& c : cases) {
         frmDisplay d(form);
         d.set(d.optGroups);
@@ -117,47 +104,45 @@ TEST_F(SetupDialog, BadNumbersAreRefusedBeforeAnythingChanges) {
 }
 
 TEST_F(SetupDialog, SwitchingModeUnderAChangedProgramAsks) {
+    // No question for an unchanged Program across the switch, nor for a changed one without it.
+    for (bool changed : {false, true}) {
+        state.FileChanged = changed;
+        frmDisplay d(form);
+        if (!changed) d.set(d.optGroups);
+        d.OKButton();
+        EXPECT_TRUE(d.closed() && state.GridLoaded && state.UseGroups);
+    }
+    EXPECT_TRUE(op.log.empty());
     const std::string question =
         "ask: Halvane: Switching between Groups and Targets will close file. File is Changed do you want to "
         "save?";
-    state.FileChanged = true;
-    {
+    const std::string saveDialog = "save dialog: All Files (*.*)|*.*|Halvane(*.hvn)|*.hvn #2";
+    // `file`: the Save dialog's choice, nullptr for its Cancel; `closes`: the dialog, the Program with it.
+    // clang-format off
+    const struct { Answer answer; const char* file; bool closes; std::string last; } cases[] = {
+        {Answer::Cancel, nullptr, false, question},
+        {Answer::Yes, nullptr, false, saveDialog},
+        {Answer::Yes, "saved.hvn", true, saveDialog},
+        {Answer::No, nullptr, true, question},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        if (!state.GridLoaded) newProgram(4, "30");
+        state.UseGroups = false;
+        state.FileChanged = true;
         frmDisplay d(form);
         d.set(d.optGroups);
-        op.answers = {Answer::Cancel};
+        op.answers = {c.answer};
+        op.files = {c.file ? std::optional(ChosenFile{dir.file(c.file), c.file}) : std::nullopt};
         d.OKButton();
-        EXPECT_EQ(op.log.back(), question);
-        EXPECT_FALSE(d.closed());
+        EXPECT_EQ(d.closed(), c.closes) << c.last;
+        EXPECT_EQ(op.log.back(), c.last);
+        EXPECT_EQ(state.GridLoaded, !c.closes);
+        EXPECT_EQ(state.FileChanged, !c.closes);
         EXPECT_TRUE(state.UseGroups) << "set before the question, and kept";
-        EXPECT_TRUE(state.GridLoaded);
-        d.CancelButton();
-        EXPECT_EQ(form.Tag, "False");
     }
-    state.UseGroups = false;
-    {
-        frmDisplay d(form);
-        d.set(d.optGroups);
-        op.answers = {Answer::Yes};
-        op.files = {std::nullopt};  // Cancel in the Save dialog
-        d.OKButton();
-        EXPECT_FALSE(d.closed());
-        EXPECT_EQ(op.log.back(), "save dialog: All Files (*.*)|*.*|Halvane(*.hvn)|*.hvn #2");
-        op.answers = {Answer::No};
-        d.OKButton();
-        EXPECT_TRUE(d.closed());
-        EXPECT_FALSE(state.GridLoaded);
-        EXPECT_FALSE(state.FileChanged);
-        EXPECT_TRUE(form.item("M_Run").enabled) << "this path leaves the Program's menus enabled";
-    }
-}
-
-TEST_F(SetupDialog, AnUnchangedProgramStaysOpenAcrossAModeSwitch) {
-    frmDisplay d(form);
-    d.set(d.optGroups);
-    d.OKButton();
-    EXPECT_TRUE(d.closed());
-    EXPECT_TRUE(state.GridLoaded);
-    EXPECT_TRUE(state.UseGroups);
+    EXPECT_TRUE(std::filesystem::exists(dir.file("saved.hvn")));
+    EXPECT_TRUE(form.item("M_Run").enabled) << "this path leaves the Program's menus enabled";
 }
 
 TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {

@@ -1,5 +1,6 @@
 #pragma once
-// A private folder under the system's temporary folder, removed with everything in it at the end of a test.
+// A private folder under the system's temporary folder, removed with everything in it at the end of a
+// test; file helpers; an environment variable set for one scope.
 
 #include <unistd.h>
 
@@ -7,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -42,5 +44,21 @@ inline std::string readBytes(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
+
+// Sets (or, with nullptr, unsets) an environment variable until the end of the scope.
+class EnvVar {
+  public:
+    EnvVar(const char* name, const char* value) : m_name(name) {
+        if (const char* old = std::getenv(name)) m_old = old;
+        value ? ::setenv(name, value, 1) : ::unsetenv(name);
+    }
+    ~EnvVar() { m_old ? ::setenv(m_name, m_old->c_str(), 1) : ::unsetenv(m_name); }
+    EnvVar(const EnvVar&) = delete;
+    EnvVar& operator=(const EnvVar&) = delete;
+
+  private:
+    const char* m_name;
+    std::optional<std::string> m_old;
+};
 
 }  // namespace halvane::testing
