@@ -14,6 +14,7 @@
 #include "authoring/startup.h"
 #include "main_window_view.h"
 #include "platform/console_links.h"
+#include "platform/guarded_application.h"
 #include "platform/qt_operator.h"
 #include "platform/settings_position_store.h"
 #include "simulation/range_window.h"
@@ -22,7 +23,7 @@
 using namespace halvane;
 
 int main(int argc, char** argv) {
-    QApplication app(argc, argv);
+    app::GuardedApplication app(argc, argv);
     QApplication::setApplicationName("Halvane");
     QApplication::setApplicationVersion(HALVANE_VERSION);
     QApplication::setWindowIcon(QIcon(":/halvane.svg"));
@@ -72,6 +73,8 @@ int main(int argc, char** argv) {
     app::MainWindowView window(form);
     op.setParentWindow(&window);
     op.setPopupHandler([&window](const std::string& menu) { return window.popup(menu); });
+    app.setReporter([&op](const std::string& text, bool) { op.critical(text, kAppTitle); });
+    app.setAfterFault([&window] { window.refresh(); });
     window.show();
     std::unique_ptr<app::RangeWindow> rangeWindow;
     if (simulation) {
