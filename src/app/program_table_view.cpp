@@ -76,9 +76,9 @@ void ProgramTableView::mousePressEvent(QMouseEvent* event) {
 // table's own cursor, so the cell the operator sees is the one the commands act on.
 void ProgramTableView::keyPressEvent(QKeyEvent* event) {
     static const std::pair<int, int> kKeys[] = {
-        {Qt::Key_PageUp, 33}, {Qt::Key_PageDown, 34}, {Qt::Key_End, 35}, {Qt::Key_Home, 36},
-        {Qt::Key_Left, 37},   {Qt::Key_Up, 38},       {Qt::Key_Right, 39}, {Qt::Key_Down, 40},
-        {Qt::Key_Delete, 46},
+        {Qt::Key_PageUp, 33}, {Qt::Key_PageDown, 34}, {Qt::Key_End, 35},
+        {Qt::Key_Home, 36},   {Qt::Key_Left, 37},     {Qt::Key_Up, 38},
+        {Qt::Key_Right, 39},  {Qt::Key_Down, 40},     {Qt::Key_Delete, 46},
     };
     for (const auto& [key, code] : kKeys)
         if (event->key() == key) {

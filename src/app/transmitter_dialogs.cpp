@@ -9,9 +9,9 @@
 #include <chrono>
 
 #include "dialog_parts.h"
-#include "platform/guarded_application.h"
 #include "links/dialogue_runner.h"
 #include "links/transmitter_windows.h"
+#include "platform/guarded_application.h"
 #include "platform/qt_serial_port.h"
 
 namespace halvane::app {

@@ -40,7 +40,8 @@ class ExceptionGuardTest : public QObject {
   private slots:
     void init() {
         told.clear();
-        guard().setReporter([this](const std::string& text, bool internal) { told.emplace_back(text, internal); });
+        guard().setReporter(
+            [this](const std::string& text, bool internal) { told.emplace_back(text, internal); });
     }
 
     void aFaultInAModalDialogIsToldAndTheDialogStaysOpen() {
@@ -81,7 +82,8 @@ class ExceptionGuardTest : public QObject {
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
 
         QTRY_COMPARE(told.size(), std::size_t{1});
-        QCOMPARE(told[0].first, std::string("The time \"-40000\" is not a number of seconds from -32768 to 32767."));
+        QCOMPARE(told[0].first,
+                 std::string("The time \"-40000\" is not a number of seconds from -32768 to 32767."));
         QVERIFY(!told[0].second);
         QVERIFY(openAfterFault);
         QCOMPARE(form.grid()->TextMatrix(5, 2), std::string());

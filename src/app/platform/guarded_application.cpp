@@ -61,9 +61,9 @@ void GuardedApplication::report() {
     while (!m_pending.empty()) {
         const auto [text, internal] = m_pending.front();
         m_pending.erase(m_pending.begin());
-        const std::string shown =
-            internal ? "The command was stopped by an internal error: " + text + "\nThe Program is kept as it stood."
-                     : text;
+        const std::string shown = internal ? "The command was stopped by an internal error: " + text +
+                                                 "\nThe Program is kept as it stood."
+                                           : text;
         if (m_reporter)
             m_reporter(shown, internal);
         else

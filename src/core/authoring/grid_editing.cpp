@@ -23,15 +23,34 @@ void moveCurrentCell(ProgramGrid& grid, int keyCode, int shift, int pageRows) {
     int row = std::clamp(grid.Row(), 1, lastRow);
     int col = std::clamp(grid.Col(), 1, lastCol);
     switch (keyCode) {
-        case Up: row -= 1; break;
-        case Down: row += 1; break;
-        case Left: col -= 1; break;
-        case Right: col += 1; break;
-        case PageUp: row -= std::max(pageRows, 1); break;
-        case PageDown: row += std::max(pageRows, 1); break;
-        case Home: col = 1; if (ctrl) row = 1; break;
-        case End: col = lastCol; if (ctrl) row = lastRow; break;
-        default: return;
+        case Up:
+            row -= 1;
+            break;
+        case Down:
+            row += 1;
+            break;
+        case Left:
+            col -= 1;
+            break;
+        case Right:
+            col += 1;
+            break;
+        case PageUp:
+            row -= std::max(pageRows, 1);
+            break;
+        case PageDown:
+            row += std::max(pageRows, 1);
+            break;
+        case Home:
+            col = 1;
+            if (ctrl) row = 1;
+            break;
+        case End:
+            col = lastCol;
+            if (ctrl) row = lastRow;
+            break;
+        default:
+            return;
     }
     grid.setRow(std::clamp(row, 1, lastRow));
     grid.setCol(std::clamp(col, 1, lastCol));
