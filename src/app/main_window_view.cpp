@@ -137,7 +137,10 @@ void MainWindowView::placeGrid() {
         return;
     }
     m_table->setGeometry(0, 0, toPixels(grid->Width), toPixels(grid->Height));
-    m_table->show();
+    if (!m_table->isVisible()) {
+        m_table->show();
+        m_table->setFocus();  // the keys move the grid's current cell from the start
+    }
 }
 
 void MainWindowView::applyPlacement() {

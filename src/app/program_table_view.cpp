@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPainter>
 #include <algorithm>
 #include <utility>
 
@@ -156,6 +157,19 @@ void ProgramTableView::updateSpans() {
             start = c;
         }
     }
+}
+
+// The grid's current cell in a frame as heavy as its FocusRect asks, while the table has the keys.
+void ProgramTableView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    const ProgramGrid* grid = m_model->grid();
+    const QModelIndex current = currentIndex();
+    if (!grid || grid->FocusRect == 0 || !current.isValid() || !hasFocus()) return;
+    QPainter painter(viewport());
+    painter.setPen(QPen(palette().color(QPalette::WindowText), grid->FocusRect == 2 ? 2 : 1));
+    const QRect cell(columnViewportPosition(current.column()), rowViewportPosition(current.row()),
+                     columnWidth(current.column()), rowHeight(current.row()));
+    painter.drawRect(cell.adjusted(1, 1, -1, -1));
 }
 
 void ProgramTableView::updateGeometries() {

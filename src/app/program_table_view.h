@@ -30,6 +30,7 @@ class ProgramTableView : public QTableView {
 
   protected:
     void updateGeometries() override;
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
