@@ -83,7 +83,7 @@ void Form1::M_Download() {
     DownloadProgram download(m_state, grid, ProgramNumber);
     ProgressWindow window{"Downloading", "Downloading from LMC", "Please Wait", download, m_comPort->port()};
     m_operator.showModal(window);
-    ++m_gridGeneration;
+    gridReshaped();
     Tag = download.tag() ? "True" : "False";
     if (!download.tag()) {
         m_comPort->port().dropInput();
