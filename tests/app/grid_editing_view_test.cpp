@@ -55,15 +55,6 @@ class GridEditingViewTest : public QObject {
         window.reset();
     }
 
-    void plainClickOpensFaceTimeInTheLeftClickInterface() {
-        window->state.LeftClickIF = true;
-        window->state.RightClickIF = false;
-        window->op.faceTimeScript.push_back(chooseFriend);
-        clickCell(4, 2);
-        QCOMPARE(window->op.log, std::vector<std::string>{"show: Face Time"});
-        QCOMPARE(window->grid().TextMatrix(4, 2), std::string("Friend"));
-    }
-
     void rightClickAppliesToTwoHighlightedCellsInTwoColumns() {
         window->state.LeftClickIF = false;
         window->state.RightClickIF = true;
@@ -99,6 +90,12 @@ class GridEditingViewTest : public QObject {
         QCOMPARE(window->grid().TextMatrix(8, 3), std::string("Pause"));
         QTest::keyClick(table(), Qt::Key_Left);
         QCOMPARE(current(), std::make_pair(10, 2));
+        // On a Pause row Delete empties the row, and the table shows it.
+        QTest::keyClick(table(), Qt::Key_Up);
+        QTest::keyClick(table(), Qt::Key_Up);
+        QTest::keyClick(table(), Qt::Key_Delete);
+        QCOMPARE(window->grid().TextMatrix(8, 2), std::string());
+        QCOMPARE(table()->gridModel()->index(7, 1).data(Qt::DisplayRole).toString(), QString());
     }
 
     // A click inside a merged run acts on the cell under the pointer; the corner acts as the seconds
@@ -118,16 +115,6 @@ class GridEditingViewTest : public QObject {
         QTest::mouseClick(corner, Qt::RightButton, {}, QPoint(3, 3));
         QCOMPARE(window->op.log, std::vector<std::string>{"popup: Popup_Menu"});
         QCOMPARE(window->state.SelRow[3], std::int16_t{9});
-    }
-
-    void deleteOnAPauseRowEmptiesIt() {
-        window->op.popupChoices = {"M_Pause"};
-        clickSeconds(8);
-        QCOMPARE(window->grid().TextMatrix(8, 2), std::string("Pause"));
-        QCOMPARE(table()->columnSpan(7, 0), 3);
-        QTest::keyClick(table(), Qt::Key_Delete);
-        QCOMPARE(window->grid().TextMatrix(8, 2), std::string());
-        QCOMPARE(table()->gridModel()->index(7, 1).data(Qt::DisplayRole).toString(), QString());
     }
 };
 

@@ -1,5 +1,5 @@
-// The console's own serial and TCP adapters against the simulated range, over a real pseudo-terminal
-// and a real loopback socket.
+// The console's TCP adapter against the simulated range and a quiet device over a real loopback socket,
+// and the range window.
 
 #include <QPushButton>
 #include <QTcpServer>
@@ -7,11 +7,7 @@
 #include <chrono>
 
 #include "../core/scripted_operator.h"
-#include "authoring/shared_state.h"
-#include "links/com_port.h"
-#include "links/timed_read.h"
 #include "links/wifi_link.h"
-#include "platform/qt_serial_port.h"
 #include "platform/qt_tcp_socket.h"
 #include "simulation/range_window.h"
 #include "simulation/simulated_range.h"
@@ -25,14 +21,12 @@ struct QuietDevice : QObject {
     QTcpServer server;
     QList<QTcpSocket*> peers;
     QByteArray received;
-    Clock::time_point acceptedAt;
     std::function<void(QTcpSocket&)> onAccept = [](QTcpSocket&) {};
     QuietDevice() {
         server.listen(QHostAddress::LocalHost);
         connect(&server, &QTcpServer::newConnection, this, [this] {
             QTcpSocket* peer = server.nextPendingConnection();
             peers.append(peer);
-            acceptedAt = Clock::now();
             connect(peer, &QTcpSocket::readyRead, this, [this, peer] { received += peer->readAll(); });
             onAccept(*peer);
         });
@@ -61,34 +55,6 @@ class LinksEndToEndTest : public QObject {
     void initTestCase() {
         std::string error;
         QVERIFY2(sim.start(error), error.c_str());
-    }
-
-    void transmitterAnswersTheProbeOnTheSharedPort() {
-        SharedState state;
-        state.ComPort = 1;
-        testing::ScriptedOperator op;
-        app::QtSerialPort port;
-        PortNames names;
-        names.readOverrides(sim.configFile().string());
-        ComPortModule module(state, port, names, op);
-        module.OpenComPort();
-        QVERIFY(module.PortOpen());
-
-        port.write("?\r\n");
-        std::string slot;
-        port.dropInput();
-        TimedRead read(slot, 3, Clock::now());
-        connect(&port, &app::QtSerialPort::bytesArrived, this, [&] {
-            const std::string bytes = port.read(port.bytesAvailable());
-            read.feed(bytes, Clock::now());
-        });
-        QTRY_VERIFY_WITH_TIMEOUT(
-            read.status() != TimedRead::Status::Waiting || Clock::now() > read.deadline(), 2000);
-        QCOMPARE(ReadCharsResult(read, slot).value_or("time-out"), std::string("VER"));
-
-        // The port the console holds is one object: opening it again is no "in use" message.
-        module.OpenComPort();
-        QVERIFY(op.log.empty());
     }
 
     void wifiLinkCarriesAHitQueryAndItsReply() {
@@ -120,15 +86,6 @@ class LinksEndToEndTest : public QObject {
                  std::ptrdiff_t(1));
     }
 
-    void framesGoOutAfterTheHelloWaitWhenNoHelloComes() {
-        QuietDevice device;
-        ConsoleWifi console(device.port());
-        console.link.EthernetCommand(std::string("\0\xF3\x01", 3), Clock::now());
-        QTRY_COMPARE_WITH_TIMEOUT(device.received, QByteArray("\0\xF3\x01", 3), 3000);
-        QVERIFY2(Clock::now() - device.acceptedAt >= 150ms, "the frame waited for a hello first");
-        QVERIFY(console.op.log.empty());
-    }
-
     void aConnectionTheDeviceClosesEndsQuietlyAndTheNextFrameConnectsAgain() {
         QuietDevice device;
         device.onAccept = [&](QTcpSocket& peer) {
@@ -144,18 +101,6 @@ class LinksEndToEndTest : public QObject {
         console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
         QTRY_COMPARE_WITH_TIMEOUT(device.received, QByteArray("\0\xF3\x02", 3), 3000);
         QCOMPARE(device.peers.size(), 2);
-    }
-
-    void aRefusedPortIsToldOnceForABurstAndNothingIsTried() {
-        ConsoleWifi console("99999");
-        console.link.EthernetCommand(std::string("\0\xF3\x01", 3), Clock::now());
-        console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
-        QCOMPARE(console.link.state(), int(TcpSocket::Closed));
-        QTRY_COMPARE_WITH_TIMEOUT(console.op.log.size(), std::size_t(2), 1000);
-        QCOMPARE(
-            console.op.log.front(),
-            std::string(
-                "tell: Halvane: Server Port \"99999\" is not valid: use a whole number from 1 to 65535."));
     }
 };
 

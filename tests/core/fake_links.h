@@ -3,6 +3,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "links/serial_port.h"
 #include "links/tcp_socket.h"
@@ -15,8 +16,10 @@ class FakeSerialPort : public SerialPort {
     std::string opened;
     std::string written;
     std::string input;
+    std::vector<std::string> calls;  // opens and line settings, in order
 
     bool open(const std::string& device) override {
+        calls.push_back("open " + device);
         if (!present.count(device) || !opened.empty()) return false;
         opened = device;
         return true;
@@ -33,8 +36,8 @@ class FakeSerialPort : public SerialPort {
     }
     void dropInput() override { input.clear(); }
     void dropOutput() override {}
-    void setRts(bool) override {}
-    void setDtr(bool) override {}
+    void setRts(bool on) override { calls.push_back(on ? "RTS on" : "RTS off"); }
+    void setDtr(bool on) override { calls.push_back(on ? "DTR on" : "DTR off"); }
 };
 
 class FakeTcpSocket : public TcpSocket {

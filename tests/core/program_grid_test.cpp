@@ -19,20 +19,6 @@ SharedState targets(int numTargets, int seconds, bool groups = false) {
     return s;
 }
 
-TEST(SetupGrid, LabelsSecondsAndHeadsColumnsByMode) {
-    ProgramGrid grid;
-    SetupGrid(grid, targets(3, 1));
-    EXPECT_EQ(std::make_pair(grid.Rows(), grid.Cols()), std::make_pair(3, 4));
-    EXPECT_EQ(grid.TextMatrix(0, 0), "Seconds");
-    EXPECT_EQ(grid.TextMatrix(1, 0) + " " + grid.TextMatrix(2, 0), "0 1");
-    EXPECT_EQ(grid.TextMatrix(0, 3), "Target # 3");
-
-    ProgramGrid groups;
-    SetupGrid(groups, targets(2, 1, true));
-    EXPECT_EQ(groups.Cols(), 3);
-    EXPECT_EQ(groups.TextMatrix(0, 2), "Groups # 2");
-}
-
 TEST(SetupGrid, ColumnWidthsDependOnColumnInTargetModeAndTotalInGroupMode) {
     const struct {
         bool groups;

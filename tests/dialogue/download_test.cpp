@@ -8,7 +8,7 @@
 #include "links/transmitter_download.h"
 #include "sim/devices.h"
 #include "sim/transmitter.h"
-#include "virtual_line.h"
+#include "virtual_port.h"
 
 namespace halvane {
 namespace {
@@ -159,9 +159,7 @@ TEST(DownloadProgram, AgainstTheTransmitter) {
         prepareDownloadGrid(state, grid);
         DownloadProgram download(state, grid, c.program);
         testing::ScriptedOperator op;
-        testing::VirtualLine line(download, device, op);
-        line.run(t0);
-        EXPECT_EQ(line.written(), c.written);
+        EXPECT_EQ(testing::runOpen(device, download, op), c.written);
         EXPECT_EQ(download.outcome(), c.outcome);
         EXPECT_EQ(download.tag(), c.outcome != Failed);
         EXPECT_EQ(op.log, c.told.empty() ? std::vector<std::string>{}

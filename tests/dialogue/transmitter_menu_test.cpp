@@ -1,29 +1,42 @@
-// The Transmitter menu of the main window: what Send checks before a byte goes out, the messages around
-// the dialogues, and the question before a download replaces unsaved work.
+// The Transmitter menu of the main window over the simulated transmitter on a virtual port: what Send
+// checks before a byte goes out, the messages around the dialogues, the question before a download
+// replaces unsaved work, and a line that goes away midway.
 
 #include <gtest/gtest.h>
 
-#include "../core/fake_links.h"
+#include <algorithm>
+
 #include "../core/program_fixture.h"
+#include "../sim/sim_support.h"
 #include "links/com_port.h"
 #include "sim/devices.h"
 #include "sim/transmitter.h"
-#include "virtual_line.h"
+#include "virtual_port.h"
 
 namespace halvane {
 namespace {
 
+using testing::VirtualPort;
+using namespace std::chrono_literals;
+
 struct TransmitterMenu : testing::ProgramFixture {
-    testing::FakeSerialPort port;
     PortNames names;
-    ComPortModule comPort{state, port, names, op};
     sim::Range range{4};
     std::unique_ptr<sim::Device> transmitter = sim::makeTransmitter(range, {});
+    std::unique_ptr<VirtualPort> port;
+    std::unique_ptr<ComPortModule> comPort;
 
     void SetUp() override {
         ProgramFixture::SetUp();
-        port.present = {names.device(1)};
-        form.attachLinks(&comPort, nullptr);
+        attach({});
+    }
+    // A port of its own on the transmitter as it is now; the device's clock goes on.
+    void attach(VirtualPort::Options options) {
+        const TimePoint now = port ? port->now : TimePoint(std::chrono::hours(1));
+        port = std::make_unique<VirtualPort>(*transmitter, options);
+        port->now = now;
+        comPort = std::make_unique<ComPortModule>(state, *port, names, op);
+        form.attachLinks(comPort.get(), nullptr);
     }
     void chooseNumber(const std::string& text) {
         op.numberScript.push_back([text](ProgramNumberDialog& d) {
@@ -31,15 +44,24 @@ struct TransmitterMenu : testing::ProgramFixture {
             d.OKButton();
         });
     }
-    // The progress window runs its dialogue against the simulated transmitter; `written` gets the wire.
-    void runOnTransmitter() {
+    // The progress window runs its dialogue on the port, after time for the device to give up on a
+    // dialogue that was cut; `written` is what this run wrote.
+    void runOnPort() {
         op.progressScript.push_back([this](ProgressWindow& w) {
-            testing::VirtualLine line(w.dialogue, *transmitter, op);
-            line.run();
-            written = line.written();
+            EXPECT_EQ(&w.port, port.get());
+            port->now += sim::Transmitter::kIdleReset;
+            port->written.clear();
+            port->run(w.dialogue, op);
         });
     }
-    std::string written;
+    bool told(const std::string& line) const { return std::count(op.log.begin(), op.log.end(), line) > 0; }
+    // Nothing may go out on a dead line, and the failure comes at once, not after the time-outs to come.
+    void expectAFailureAtOnce() {
+        EXPECT_EQ(op.log.back(), "show: Communication Failed");
+        EXPECT_EQ(form.Tag, "False");
+        EXPECT_EQ(port->writtenWhileClosed, "");
+        EXPECT_LT(port->now - port->unpluggedAt, 200ms);
+    }
 };
 
 // frmDownload reads its number with Val and rounds it to 16 bits; frmSend keeps to the leading digits.
@@ -48,27 +70,27 @@ TEST_F(TransmitterMenu, DownloadReadsItsNumberWithValAndSendByItsLeadingDigits) 
                                                             {"2.5", "R02"}, {" 4x", "R04"}, {"12ab", "R10"}};
     for (const auto& [text, command] : download) {
         chooseNumber(text);
-        runOnTransmitter();
+        runOnPort();
         form.M_Download();
-        EXPECT_EQ(written.substr(0, 3), command) << text;
+        EXPECT_EQ(port->written.substr(0, 3), command) << text;
     }
     const std::pair<const char*, const char*> send[] = {{"2.7", "S02"}, {"1 0", "S01"}, {"12ab", "S10"}};
     for (const auto& [text, command] : send) {
         chooseNumber(text);
-        runOnTransmitter();
+        runOnPort();
         form.M_Send();
-        EXPECT_EQ(written.substr(0, 3), command) << text;
+        EXPECT_EQ(port->written.substr(0, 3), command) << text;
     }
     // A number that names no place is told, and the Program on the screen stays.
     put(1, {{2, "Edge"}});
     for (const std::string text : {"-3", "40000"}) {
-        written.clear();
+        port->written.clear();
         chooseNumber(text);
         form.M_Download();
         EXPECT_EQ(op.log.back(), "tell: Halvane: The Program Number \"" + text +
                                      "\" is no program place of the LMC: its places are 1 to 10.");
         EXPECT_EQ(grid().TextMatrix(2, 1), "Edge");
-        EXPECT_EQ(written, "");
+        EXPECT_EQ(port->written, "");
     }
 }
 
@@ -76,21 +98,20 @@ TEST_F(TransmitterMenu, DownloadReadsItsNumberWithValAndSendByItsLeadingDigits) 
 // a name, the caption names no file, and no highlight names a row of the former Program.
 TEST_F(TransmitterMenu, ADownloadedProgramIsNoLongerTheOpenFile) {
     sim::asTransmitter(*transmitter).setPlace(4, std::string("\xF2\x02\xFD\x03\xF0\x02", 6));
-    sim::Faults silent;
-    silent.silent = true;
-    for (const char* place : {"4", "5", "silent"}) {
+    for (const std::string place : {"4", "5", "silent"}) {
         SCOPED_TRACE(place);
         op.files = {
             ChosenFile{std::string(HALVANE_TEST_DATA) + "/image/worked_example.hvn", "worked_example.hvn"}};
         form.M_Open();
         ASSERT_EQ(form.Caption(), "LM47 Programer - worked_example.hvn");
         state.SelRow[1] = 7;
-        std::unique_ptr<sim::Device> silentOne = sim::makeTransmitter(range, silent);
-        if (std::string(place) == "silent") std::swap(transmitter, silentOne);
-        chooseNumber(std::string(place) == "silent" ? "4" : place);
-        runOnTransmitter();
+        if (place == "silent") {
+            transmitter = sim::makeTransmitter(range, {.silent = true});
+            attach({});
+        }
+        chooseNumber(place == "silent" ? "4" : place);
+        runOnPort();
         form.M_Download();
-        if (std::string(place) == "silent") std::swap(transmitter, silentOne);
         EXPECT_EQ(state.FilePath, "");
         EXPECT_EQ(form.Caption(), "LM47 Programer ");
         EXPECT_EQ(state.SelRow[1], 0);
@@ -102,15 +123,24 @@ TEST_F(TransmitterMenu, ADownloadedProgramIsNoLongerTheOpenFile) {
     }
 }
 
-TEST_F(TransmitterMenu, SendStoresTheProgramAndSaysSoWithTheNumberAsChosen) {
+// Success is told with the number as chosen; no contact shows the failure window.
+TEST_F(TransmitterMenu, SendStoresTheProgramAndSaysSoOrShowsTheFailure) {
     put(1, {{1, "Friend"}, {3, "Foe"}});
     chooseNumber("25");
-    runOnTransmitter();
+    runOnPort();
     form.M_Send();
     EXPECT_EQ(op.log.back(), "tell: Successful: Program 25 sent successful");
     EXPECT_EQ(form.Tag, "True");
     EXPECT_EQ(sim::asTransmitter(*transmitter).place(10).value_or("").substr(0, 6),
               std::string("\xF3\x01\xFD\x02\xF2\x01", 6));
+
+    transmitter = sim::makeTransmitter(range, {.silent = true});
+    attach({});
+    runOnPort();
+    chooseNumber("2");
+    form.M_Send();
+    EXPECT_EQ(op.log.back(), "show: Communication Failed");
+    EXPECT_EQ(form.Tag, "False");
 }
 
 TEST_F(TransmitterMenu, SendRefusesAnImageThatCannotBeBytesBeforeAnythingGoesOut) {
@@ -123,18 +153,7 @@ TEST_F(TransmitterMenu, SendRefusesAnImageThatCannotBeBytesBeforeAnythingGoesOut
     EXPECT_EQ(op.log.back(),
               "tell: Halvane: The Program cannot be sent: 299 seconds pass without a change before "
               "the one at second 299 (row 300, column 2), and the transmitter takes at most 255.");
-    EXPECT_TRUE(port.written.empty());
-    EXPECT_EQ(form.Tag, "False");
-}
-
-TEST_F(TransmitterMenu, NoContactShowsTheFailureWindow) {
-    sim::Faults silent;
-    silent.silent = true;
-    transmitter = sim::makeTransmitter(range, silent);
-    runOnTransmitter();
-    chooseNumber("2");
-    form.M_Send();
-    EXPECT_EQ(op.log.back(), "show: Communication Failed");
+    EXPECT_EQ(port->written + port->writtenWhileClosed, "");
     EXPECT_EQ(form.Tag, "False");
 }
 
@@ -149,11 +168,67 @@ TEST_F(TransmitterMenu, DownloadAsksBeforeItReplacesUnsavedWorkThenFillsTheGrid)
     sim::asTransmitter(*transmitter).setPlace(4, std::string("\xF2\x02\xFD\x03\xF0\x02", 6));
     op.answers = {Answer::No};
     chooseNumber("4");
-    runOnTransmitter();
+    runOnPort();
     form.M_Download();
     EXPECT_EQ(column(2, 1, 4), "Foe Foe Foe Down");
     EXPECT_EQ(state.NumSeconds, 3);
     EXPECT_EQ(form.Tag, "True");
+}
+
+// The main window over a port that can be unplugged.
+struct LineLoss : TransmitterMenu {};
+
+// Measured on the console: a line killed after 10, 17, 20 or 30 acknowledgements, or while the overwrite
+// question stood, ended in "sent successful" with nothing stored.
+TEST_F(LineLoss, ASendWhoseLineGoesFailsAtOnceAndStoresNothing) {
+    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("1100"));  // 43 blocks
+    form.M_Time();
+    for (int row = 1; row <= 1100; ++row)
+        for (int col = 1; col <= 4; ++col) put(col, {{row, (row + col) % 2 ? "Friend" : "Foe"}});
+    const std::string before(254, '\x07');
+    for (const int replies : {1, 11, 18, 21, 31}) {
+        SCOPED_TRACE("the line goes after reply " + std::to_string(replies));
+        sim::asTransmitter(*transmitter).setPlace(6, before);
+        attach({.unplugAfter = replies});
+        op.log.clear();
+        op.answers = {Answer::Yes};
+        chooseNumber("6");
+        runOnPort();
+        form.M_Send();
+        expectAFailureAtOnce();
+        EXPECT_FALSE(told("tell: Successful: Program 6 sent successful"));
+        EXPECT_EQ(sim::asTransmitter(*transmitter).place(6), before);
+    }
+}
+
+TEST_F(LineLoss, ADownloadWhoseLineGoesFailsAtOnceAndKeepsWhatCame) {
+    // Four blocks: the line goes after the second; what the first two brought stays in the grid.
+    std::string image = sim::testing::hex("F3 01 F2 02 FD 02");
+    image.resize(254, '\0');
+    image += sim::testing::hex("F0 01 FD 01");
+    image.resize(510, '\0');
+    image += sim::testing::hex("F3 02");
+    image.resize(1022, '\0');
+    sim::asTransmitter(*transmitter).setPlace(3, image);
+    attach({.unplugAfter = 2});
+    chooseNumber("3");
+    runOnPort();
+    form.M_Download();
+    expectAFailureAtOnce();
+    EXPECT_EQ(column(1, 1, 3) + " " + column(2, 1, 3), "Friend Friend Down Foe . .");
+    EXPECT_EQ(state.NumSeconds, 3);
+    EXPECT_EQ(grid().Rows(), state.NumSeconds + 2);
+    EXPECT_EQ(port->written, "R03\r\n11");
+}
+
+TEST_F(LineLoss, APortThatCannotOpenIsAFailureNotASilence) {
+    names.setDevice(1, "");  // no device behind the port: it cannot open
+    chooseNumber("2");
+    runOnPort();
+    form.M_Send();
+    EXPECT_TRUE(told("tell: Halvane: Comm Port 1 in use or invalid"));
+    EXPECT_EQ(op.log.back(), "show: Communication Failed");
+    EXPECT_EQ(port->writtenWhileClosed, "");
 }
 
 }  // namespace

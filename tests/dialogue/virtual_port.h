@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "../core/scripted_operator.h"
 #include "links/dialogue_runner.h"
 #include "links/serial_port.h"
 #include "sim/device.h"
@@ -102,5 +103,14 @@ class VirtualPort : public SerialPort {
     std::string m_name;
     std::string m_input;
 };
+
+// Runs the dialogue on a port of its own, open from the start; gives what reached the device.
+inline std::string runOpen(sim::Device& device, Dialogue& dialogue, Operator& op,
+                           VirtualPort::Options options = {}) {
+    VirtualPort port(device, options);
+    port.open("/dev/ttyS0");
+    port.run(dialogue, op);
+    return port.written;
+}
 
 }  // namespace halvane::testing

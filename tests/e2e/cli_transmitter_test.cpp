@@ -8,6 +8,7 @@
 #include <future>
 #include <thread>
 
+#include "../core/fake_links.h"
 #include "cli/commands.h"
 #include "e2e_support.h"
 #include "sim/devices.h"
@@ -125,28 +126,14 @@ TEST(CliTransmitter, AProgramTooLongToAnnounceSendsNothing) {
 
 // As the console opens the shared port: RTS and DTR off, then still for 0.1 s before the first byte.
 TEST(CliTransmitter, OpensItsPortAsTheConsoleDoes) {
-    struct Recording : SerialPort {
-        std::vector<std::string> calls;
-        bool open(const std::string& name) override {
-            calls.push_back("open " + name);
-            return true;
-        }
-        void close() override {}
-        bool isOpen() const override { return true; }
-        std::string deviceName() const override { return {}; }
-        void write(std::string_view) override { calls.push_back("write"); }
-        std::size_t bytesAvailable() const override { return 0; }
-        std::string read(std::size_t) override { return {}; }
-        void dropInput() override {}
-        void dropOutput() override {}
-        void setRts(bool on) override { calls.push_back(on ? "RTS on" : "RTS off"); }
-        void setDtr(bool on) override { calls.push_back(on ? "DTR on" : "DTR off"); }
-    } port;
+    testing::FakeSerialPort port;
+    port.present = {"/dev/ttyUSB0"};
     EXPECT_TRUE(cli::openLikeTheConsole(port, "/dev/ttyUSB0", [&](std::chrono::milliseconds still) {
         port.calls.push_back("still " + std::to_string(still.count()) + " ms");
     }));
     EXPECT_EQ(port.calls,
               (std::vector<std::string>{"open /dev/ttyUSB0", "RTS off", "DTR off", "still 100 ms"}));
+    EXPECT_EQ(port.written, "");
 
     // On a real line: the master of a pty sees the hang-up end when the command opens the slave.
     UniqueFd master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));

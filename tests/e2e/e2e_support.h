@@ -7,7 +7,6 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
-#include <stdlib.h>
 #include <sys/socket.h>
 #include <termios.h>
 #include <unistd.h>
@@ -17,6 +16,7 @@
 #include <filesystem>
 #include <string>
 
+#include "../core/temp_dir.h"
 #include "sim/server/unique_fd.h"
 
 namespace halvane::e2e {
@@ -71,21 +71,6 @@ inline std::string readFor(int fd, std::size_t count, std::chrono::milliseconds 
     return bytes;
 }
 
-// A fresh folder under the system's temporary folder, removed with everything in it at the end.
-class ScratchDir {
-  public:
-    ScratchDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "halvane-e2e-XXXXXX").string();
-        if (const char* made = ::mkdtemp(pattern.data())) m_path = made;
-    }
-    ~ScratchDir() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    const std::filesystem::path& path() const { return m_path; }
-
-  private:
-    std::filesystem::path m_path;
-};
+using ScratchDir = testing::TempDir;
 
 }  // namespace halvane::e2e

@@ -4,23 +4,15 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <thread>
 
+#include "../core/temp_dir.h"
 #include "cli/commands.h"
 #include "sim/devices.h"
 #include "sim/server/sim_server.h"
 
 namespace halvane {
 namespace {
-
-std::string fileText(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
 
 TEST(TransmitterRoundTrip, SendToPlaceThreeThenDownloadItBack) {
     sim::Range range(4);
@@ -36,7 +28,8 @@ TEST(TransmitterRoundTrip, SendToPlaceThreeThenDownloadItBack) {
     EXPECT_EQ(cli::sendCommand(program, options, sendState), 0);
 
     SharedState downloadState;  // no targets configured: the first block adds the columns it names
-    options.output = (std::filesystem::temp_directory_path() / "halvane-round-trip.hvn").string();
+    testing::TempDir dir;
+    options.output = dir.file("round-trip.hvn");
     ::testing::internal::CaptureStdout();
     const int downloaded = cli::downloadCommand(options, downloadState);
     const std::string grid = ::testing::internal::GetCapturedStdout();
@@ -44,10 +37,9 @@ TEST(TransmitterRoundTrip, SendToPlaceThreeThenDownloadItBack) {
     serving.join();
 
     EXPECT_EQ(downloaded, 0);
-    EXPECT_EQ(grid, fileText(std::string(HALVANE_TEST_DATA) + "/image/worked_example.downloaded.grid"));
+    EXPECT_EQ(grid, testing::readBytes(std::string(HALVANE_TEST_DATA) + "/image/worked_example.downloaded.grid"));
     // Saving writes the configured columns only, none here: the header and no cell.
-    EXPECT_EQ(fileText(options.output), "\"Target\",0\r\n\"Groups\",\"0\"\r\n\"Seconds\",6\r\n");
-    std::filesystem::remove(options.output);
+    EXPECT_EQ(testing::readBytes(options.output), "\"Target\",0\r\n\"Groups\",\"0\"\r\n\"Seconds\",6\r\n");
 }
 
 }  // namespace
