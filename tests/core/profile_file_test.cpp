@@ -6,13 +6,8 @@
 #include "authoring/profile_file.h"
 #include "temp_dir.h"
 
-using halvane::profileRead;
-using halvane::profileWrite;
-using halvane::ReadIni;
-using halvane::WriteIni;
-using halvane::testing::readBytes;
-using halvane::testing::TempDir;
-using halvane::testing::writeBytes;
+using namespace halvane;
+using namespace halvane::testing;
 
 namespace {
 const std::filesystem::path kData = std::filesystem::path(HALVANE_TEST_DATA) / "profile";

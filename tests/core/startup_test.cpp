@@ -10,16 +10,9 @@
 #include "cli/commands.h"
 #include "temp_dir.h"
 
-using halvane::readStartup;
-using halvane::SharedState;
-using halvane::testing::EnvVar;
-using halvane::testing::readBytes;
-using halvane::testing::TempDir;
-using halvane::testing::writeBytes;
-using ::testing::Contains;
-using ::testing::IsSupersetOf;
-using ::testing::Not;
-using ::testing::StartsWith;
+using namespace halvane;
+using namespace halvane::testing;
+using ::testing::Contains, ::testing::IsSupersetOf, ::testing::Not, ::testing::StartsWith;
 
 namespace {
 
@@ -27,7 +20,7 @@ namespace {
 std::vector<std::string> startupLines(const std::filesystem::path& file, SharedState& state) {
     const auto report = readStartup(file, state);
     std::ostringstream out;
-    halvane::cli::printConfig(state, out);
+    cli::printConfig(state, out);
     std::vector<std::string> lines;
     std::istringstream in(out.str());
     for (std::string line; std::getline(in, line);) lines.push_back(line);
@@ -112,16 +105,16 @@ TEST(Startup, LocateConfigPrefersTheProgramFolder) {
     };
     for (const auto& r : rows) {
         const auto writable = [&](const std::filesystem::path& dir) { return dir == r.exeDir && r.writable; };
-        EXPECT_EQ(halvane::locateConfig(r.exeDir, user.path(), r.override, writable), r.want) << r.exeDir;
+        EXPECT_EQ(locateConfig(r.exeDir, user.path(), r.override, writable), r.want) << r.exeDir;
     }
 }
 
 TEST(Startup, LocateConfigAsksTheSystemWhetherTheFolderIsWritable) {
     if (::geteuid() == 0) GTEST_SKIP() << "access() reports every folder writable for root";
     TempDir exe, user;
-    EXPECT_EQ(halvane::locateConfig(exe.path(), user.path(), std::nullopt), exe / "hvn.cfg");
+    EXPECT_EQ(locateConfig(exe.path(), user.path(), std::nullopt), exe / "hvn.cfg");
     ::chmod(exe.path().c_str(), 0555);
-    EXPECT_EQ(halvane::locateConfig(exe.path(), user.path(), std::nullopt), user / "hvn.cfg");
+    EXPECT_EQ(locateConfig(exe.path(), user.path(), std::nullopt), user / "hvn.cfg");
 }
 
 TEST(Startup, ConfigAndProgramFolders) {
@@ -131,8 +124,8 @@ TEST(Startup, ConfigAndProgramFolders) {
     };
     for (const auto& r : rows) {
         EnvVar xdg("XDG_CONFIG_HOME", r.xdg), home("HOME", "/home/op");
-        EXPECT_EQ(halvane::userConfigDir(), r.want);
+        EXPECT_EQ(userConfigDir(), r.want);
     }
-    EXPECT_TRUE(std::filesystem::exists(halvane::executableDir() / "halvane_core_tests"));
+    EXPECT_TRUE(std::filesystem::exists(executableDir() / "halvane_core_tests"));
 }
 // clang-format on
