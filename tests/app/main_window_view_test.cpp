@@ -49,18 +49,17 @@ class MainWindowViewTest : public QObject {
         QCOMPARE(model->rowCount(), 5);
         QCOMPARE(model->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QString("Target # 1"));
         QCOMPARE(table->cornerText(), QString("Seconds"));
-        QCOMPARE(model->index(0, 0).data(Qt::BackgroundRole).value<QColor>(), QColor(255, 0, 0));
-        QCOMPARE(model->index(0, 1).data(Qt::BackgroundRole).value<QColor>(), QColor(0, 255, 0));
-        QCOMPARE(model->index(1, 1).data(Qt::ForegroundRole).value<QColor>(), QColor(255, 255, 255));
-        QCOMPARE(table->columnSpan(1, 0), 3);
-        QCOMPARE(table->columnSpan(0, 0), 1);
+        const auto colour = [model](int row, int col, int role) { return model->index(row, col).data(role).value<QColor>(); };
+        QCOMPARE(colour(0, 0, Qt::BackgroundRole), QColor(255, 0, 0));
+        QCOMPARE(colour(0, 1, Qt::BackgroundRole), QColor(0, 255, 0));
+        QCOMPARE(colour(1, 1, Qt::ForegroundRole), QColor(255, 255, 255));
+        QCOMPARE(std::make_pair(table->columnSpan(0, 0), table->columnSpan(1, 0)), std::make_pair(1, 3));
         QCOMPARE(table->horizontalHeader()->sectionSize(0), app::toPixels(1000));
         QCOMPARE(view.windowTitle(), QString("LM47 Programer - mixed.hvn"));
         QCOMPARE(table->height(), app::toPixels(w.form.grid()->Height));
 
         view.runCommand("M_Close");
-        QVERIFY(!table->isVisibleTo(&view));
-        QCOMPARE(model->rowCount(), 0);
+        QVERIFY(!table->isVisibleTo(&view) && model->rowCount() == 0);
     }
 
     // New, Open of a bad file and Add Time each let go of or reshape the grid while a dialog's event loop
@@ -90,8 +89,7 @@ class MainWindowViewTest : public QObject {
         w.op.answers = {Answer::No};  // the new length is a change
         w.op.settingsScript.push_back(paintThen([](Settings& d) { d.CancelButton(); }));
         view.runCommand("M_New");
-        QVERIFY(!view.table()->isVisibleTo(&view));
-        QCOMPARE(view.table()->gridModel()->rowCount(), 0);
+        QVERIFY(!view.table()->isVisibleTo(&view) && view.table()->gridModel()->rowCount() == 0);
     }
 
     void closeBoxWithChangesAsksAndCancelKeepsTheWindow() {
@@ -101,12 +99,10 @@ class MainWindowViewTest : public QObject {
         QVERIFY(QTest::qWaitForWindowExposed(&view));
         w.state.FileChanged = true;
         w.op.answers = {Answer::Cancel};
-        QVERIFY(!view.close());
-        QVERIFY(view.isVisible());
+        QVERIFY(!view.close() && view.isVisible());
         QCOMPARE(w.op.log.back(), std::string("ask: Halvane: File is Changed do you want to save?"));
         w.op.answers = {Answer::No};
-        QVERIFY(view.close());
-        QVERIFY(!w.positions.entries.empty());
+        QVERIFY(view.close() && !w.positions.entries.empty());
     }
 };
 

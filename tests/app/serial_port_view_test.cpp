@@ -80,8 +80,7 @@ class SerialPortViewTest : public QObject {
         QSignalSpy lost(&port, &app::QtSerialPort::lineLost);
         pty.hangUp();
         QTRY_COMPARE_WITH_TIMEOUT(lost.count(), 1, 2000);
-        QVERIFY(!port.isOpen());
-        QVERIFY(port.lost());
+        QVERIFY(!port.isOpen() && port.lost());
         QTest::qWait(50);
         QCOMPARE(lost.count(), 1);
     }
@@ -120,9 +119,7 @@ class SerialPortViewTest : public QObject {
         transmitter.join();
         QVERIFY(goneNow);
         QVERIFY2(sinceGone.elapsed() < 500, qPrintable(QString::number(sinceGone.elapsed())));
-        QVERIFY(send.outcome() != SendProgram::Outcome::Stored);
-        QVERIFY(!send.tag());
-        QVERIFY(!port.isOpen());
+        QVERIFY(send.outcome() != SendProgram::Outcome::Stored && !send.tag() && !port.isOpen());
     }
 };
 

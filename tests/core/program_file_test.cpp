@@ -40,8 +40,7 @@ TEST(ProgramFile, WritesTheTargetAndGroupExamplesByteForByte) {
     TempDir dir;
     // Target mode, 2 targets, length 3, Friend at second 0 of target 1. The last row is not written.
     SharedState s;
-    s.NumTargets = 2;
-    s.NumSeconds = 3;
+    std::tie(s.NumTargets, s.NumSeconds) = std::make_tuple(2, 3);
     ProgramGrid grid;
     SetupGrid(grid, s);
     grid.setTextMatrix(1, 1, "Friend");
@@ -52,12 +51,9 @@ TEST(ProgramFile, WritesTheTargetAndGroupExamplesByteForByte) {
 
     // Groups mode: the table follows the targets, the cells follow the groups.
     SharedState g;
-    g.NumTargets = 3;
-    g.UseGroups = true;
-    g.NumGroups = 2;
+    std::tie(g.NumTargets, g.UseGroups, g.NumGroups, g.NumSeconds) = std::make_tuple(3, true, 2, 1);
     g.GroupNum[1] = g.GroupNum[2] = 1;
     g.GroupNum[3] = 2;
-    g.NumSeconds = 1;
     ProgramGrid groups;
     SetupGrid(groups, g);
     groups.setTextMatrix(1, 1, "Foe");
@@ -73,11 +69,9 @@ TEST(ProgramFile, ReadsWordsWithTheirColoursAndPauseRowsMergedAndWritesThemBack)
     std::ostringstream dump;
     cli::printGrid(l.state, *l.grid, dump);
     EXPECT_EQ(dump.str(), readBytes(kData + "/mixed.grid"));
-    EXPECT_TRUE(l.grid->MergeRow(2));
-    EXPECT_FALSE(l.grid->MergeRow(1));
-    EXPECT_EQ(l.grid->MergeCells, 2);
-    EXPECT_EQ(l.grid->cellForeColor(2, 3), colors::PauseText);
-    EXPECT_EQ(l.grid->cellAlignment(2, 3), align::CenterCenter);
+    EXPECT_EQ(std::make_tuple(l.grid->MergeRow(1), l.grid->MergeRow(2), l.grid->MergeCells,
+                              l.grid->cellForeColor(2, 3), l.grid->cellAlignment(2, 3)),
+              std::make_tuple(false, true, 2, colors::PauseText, align::CenterCenter));
 
     // Written again, it gives the same bytes.
     TempDir dir;
@@ -88,23 +82,19 @@ TEST(ProgramFile, ReadsWordsWithTheirColoursAndPauseRowsMergedAndWritesThemBack)
 
 TEST(ProgramFile, TheFileDecidesModeAndSizesOverTheConfiguration) {
     SharedState configured;
-    configured.UseGroups = true;
-    configured.NumGroups = 5;
-    configured.NumTargets = 40;
+    std::tie(configured.UseGroups, configured.NumGroups, configured.NumTargets) = std::make_tuple(true, 5, 40);
     configured.GroupNum[7] = 9;
+    // Mode, targets, groups, columns, and two entries of the group table.
+    const auto shape = [](const Loaded& l) {
+        return std::make_tuple(l.state.UseGroups, int{l.state.NumTargets}, int{l.state.NumGroups}, l.grid->Cols(),
+                               int{l.state.GroupNum[3]}, int{l.state.GroupNum[7]});
+    };
     Loaded l = load(kData + "/two_targets.hvn", configured);
     ASSERT_FALSE(l.error);
-    EXPECT_FALSE(l.state.UseGroups);
-    EXPECT_EQ(l.state.NumTargets, 2);
-    EXPECT_EQ(l.grid->Cols(), 3);
-    EXPECT_EQ(l.state.GroupNum[7], 9) << "a target-mode file leaves the group table alone";
-
+    EXPECT_EQ(shape(l), std::make_tuple(false, 2, 0, 3, 0, 9)) << "a target-mode file leaves the group table alone";
     Loaded g = load(kData + "/three_targets_two_groups.hvn", configured);
     ASSERT_FALSE(g.error);
-    EXPECT_TRUE(g.state.UseGroups);
-    EXPECT_EQ(g.state.NumGroups, 2);
-    EXPECT_EQ(g.state.GroupNum[3], 2);
-    EXPECT_EQ(g.state.GroupNum[7], 9);
+    EXPECT_EQ(shape(g), std::make_tuple(true, 3, 2, 3, 2, 9));
 }
 
 TEST(ProgramFile, ABadFileNamesItsLineAndKeepsWhatWasReadBeforeIt) {
@@ -133,11 +123,10 @@ TEST(ProgramFile, ABadFileNamesItsLineAndKeepsWhatWasReadBeforeIt) {
     }
     // What was read before the failure stays: the sizes and the cells already written.
     Loaded partial = load(dir.file("bad.hvn"));
-    EXPECT_EQ(partial.state.NumTargets, 2);
-    EXPECT_EQ(partial.state.NumSeconds, 2);
     ASSERT_TRUE(partial.grid);
-    EXPECT_EQ(partial.grid->TextMatrix(1, 2), "Down");
-    EXPECT_EQ(partial.grid->cellBackColor(2, 1), colors::Edge);
+    EXPECT_EQ(std::make_tuple(int{partial.state.NumTargets}, int{partial.state.NumSeconds},
+                              partial.grid->TextMatrix(1, 2), partial.grid->cellBackColor(2, 1)),
+              std::make_tuple(2, 2, std::string("Down"), colors::Edge));
 
     Loaded missing = load(dir.file("nothing-here.hvn"));
     ASSERT_TRUE(missing.error);
@@ -150,8 +139,7 @@ TEST(ProgramFile, ToleratesExtraDataLineEndingsAndBlanksAroundNumbers) {
                "\"Target\", 1 \n\"Groups\",\"0\"\n\"Seconds\",1\n\"Foe\"\n\"x\"\nmore, data\n");
     Loaded l = load(dir.file("loose.hvn"));
     ASSERT_FALSE(l.error) << l.error->message();
-    EXPECT_EQ(l.grid->TextMatrix(1, 1), "Foe");
-    EXPECT_EQ(l.state.NumTargets, 1);
+    EXPECT_EQ(l.grid->TextMatrix(1, 1) + " " + std::to_string(l.state.NumTargets), "Foe 1");
 }
 
 TEST(ProgramFile, AFailedSaveLeavesTheOldFileAndReportsWhy) {
