@@ -82,7 +82,10 @@ class ExceptionGuardTest : public QObject {
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
 
         QTRY_COMPARE(told.size(), std::size_t{1});
-        QCOMPARE(told[0], std::make_pair(std::string("The time \"-40000\" is not a number of seconds from -32768 to 32767."), false));
+        QCOMPARE(
+            told[0],
+            std::make_pair(
+                std::string("The time \"-40000\" is not a number of seconds from -32768 to 32767."), false));
         QVERIFY(openAfterFault);
         QCOMPARE(form.grid()->TextMatrix(5, 2) + "|" + form.grid()->TextMatrix(2, 2), std::string("|Edge"));
         QVERIFY(!state.FileChanged && view.isVisible());

@@ -49,7 +49,9 @@ class MainWindowViewTest : public QObject {
         QCOMPARE(model->rowCount(), 5);
         QCOMPARE(model->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QString("Target # 1"));
         QCOMPARE(table->cornerText(), QString("Seconds"));
-        const auto colour = [model](int row, int col, int role) { return model->index(row, col).data(role).value<QColor>(); };
+        const auto colour = [model](int row, int col, int role) {
+            return model->index(row, col).data(role).value<QColor>();
+        };
         QCOMPARE(colour(0, 0, Qt::BackgroundRole), QColor(255, 0, 0));
         QCOMPARE(colour(0, 1, Qt::BackgroundRole), QColor(0, 255, 0));
         QCOMPARE(colour(1, 1, Qt::ForegroundRole), QColor(255, 255, 255));

@@ -30,8 +30,9 @@ TEST_F(FaceTime, WorkedExampleCarriesTheWordDownThenFillsThenAddsTheSecondAction
     EXPECT_EQ(column(1, 1, 12), ". . Foe Foe Foe Foe Foe Friend Friend Friend Down .");
     EXPECT_EQ(column(3, 9, 14), ". Friend Friend Friend Down .") << "each cell is filled from its own row";
     EXPECT_EQ(state.SelRow[1], 8) << "the highlight book-keeping is left to the caller";
-    EXPECT_EQ(std::make_tuple(grid().cellBackColor(7, 1), grid().cellBackColor(9, 1), grid().cellBackColor(11, 1)),
-              std::make_tuple(colors::Foe, colors::Friend, colors::Down));
+    EXPECT_EQ(
+        std::make_tuple(grid().cellBackColor(7, 1), grid().cellBackColor(9, 1), grid().cellBackColor(11, 1)),
+        std::make_tuple(colors::Foe, colors::Friend, colors::Down));
     EXPECT_TRUE(state.FileChanged);
 }
 

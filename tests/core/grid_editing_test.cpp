@@ -75,7 +75,8 @@ TEST_F(GridEditing, HighlightsGatherAndARightClickAppliesToThemAll) {
     form.grdInfo_MouseDown(kLeft, kCtrl, 6, 1);
     EXPECT_TRUE(highlighted(6, 1));
     form.grdInfo_MouseDown(kLeft, kCtrl, 6, 1);
-    EXPECT_EQ(std::make_pair(grid().cellBackColor(6, 1), int{state.SelRow[1]}), std::make_pair(colors::Friend, 0));
+    EXPECT_EQ(std::make_pair(grid().cellBackColor(6, 1), int{state.SelRow[1]}),
+              std::make_pair(colors::Friend, 0));
 }
 
 TEST_F(GridEditing, SecondsColumnHighlightsTheRowForThePopupsCommands) {
@@ -177,7 +178,8 @@ TEST_F(GridEditing, AShorterProgramForgetsHighlightsPastItsEnd) {
     clicks({{kLeft, kCtrl, 31, 1}, {kLeft, kCtrl, 9, 2}});
     op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("10"));
     form.M_Time();
-    EXPECT_EQ(std::make_tuple(grid().Rows(), int{state.SelRow[1]}, int{state.SelRow[2]}), std::make_tuple(12, 0, 9))
+    EXPECT_EQ(std::make_tuple(grid().Rows(), int{state.SelRow[1]}, int{state.SelRow[2]}),
+              std::make_tuple(12, 0, 9))
         << "a highlight the shorter Program still has stays";
     EXPECT_TRUE(state.FileChanged) << "a new length is a change Close and Exit ask about";
     faceTimeChoosesFriend();

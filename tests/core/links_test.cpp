@@ -30,9 +30,11 @@ TEST(TimedRead, ReadersResultsAndWhatATimeOutLeaves) {
         return read;
     };
     auto reply = waited(5, "12345");
-    EXPECT_EQ(std::make_pair(ReadReplyResult(reply, slot), slot), std::make_pair(std::optional('1'), std::string()));
+    EXPECT_EQ(std::make_pair(ReadReplyResult(reply, slot), slot),
+              std::make_pair(std::optional('1'), std::string()));
     auto late = waited(5, "12");
-    EXPECT_EQ(std::make_pair(ReadReplyResult(late, slot), slot), std::make_pair(std::optional<char>(), std::string("12")))
+    EXPECT_EQ(std::make_pair(ReadReplyResult(late, slot), slot),
+              std::make_pair(std::optional<char>(), std::string("12")))
         << "the caller keeps the reply of the step before";
     auto chars = waited(3, "VER");
     EXPECT_EQ(ReadCharsResult(chars, slot), "VER");
@@ -157,9 +159,10 @@ TEST(WifiPort, APortThatIsNoWholeNumberFrom1To65535IsRefusedBeforeAnyConnect) {
         EXPECT_EQ(r.op.log.size(), c.connectsTo == 0 ? 2u : 0u) << c.text;
         r.link.poll(t0 + WifiLink::kConnectBudget);
         EXPECT_EQ(r.op.log, told) << c.text << ": a plain time-out of the connect itself is silent";
-        EXPECT_EQ(std::make_tuple(r.socket.connects, r.socket.host, r.socket.port, r.socket.sent),
-                  std::make_tuple(c.connectsTo == 0 ? 0 : 1, std::string(c.connectsTo == 0 ? "" : "169.254.10.1"),
-                                  c.connectsTo == 0 ? std::uint16_t{9} : c.connectsTo, std::string()))
+        EXPECT_EQ(
+            std::make_tuple(r.socket.connects, r.socket.host, r.socket.port, r.socket.sent),
+            std::make_tuple(c.connectsTo == 0 ? 0 : 1, std::string(c.connectsTo == 0 ? "" : "169.254.10.1"),
+                            c.connectsTo == 0 ? std::uint16_t{9} : c.connectsTo, std::string()))
             << c.text;
     }
 }
@@ -181,7 +184,8 @@ TEST_F(Wifi, SetupWindowShowsStateWordsAndTheButtonDecidesTheClick) {
     const std::pair<int, const char*> words[] = {{7, "Connected"}, {0, "Closed"}, {6, "Connecting"},
                                                  {8, "Closing"},   {9, "Error"},  {3, "Unknown"}};
     for (const auto& [state, text] : words) EXPECT_STREQ(frmEthernetSetup::statusWords(state), text);
-    EXPECT_EQ(std::string(frmEthernetSetup::buttonCaption(6)) + frmEthernetSetup::buttonCaption(9), "DisconnectConnect");
+    EXPECT_EQ(std::string(frmEthernetSetup::buttonCaption(6)) + frmEthernetSetup::buttonCaption(9),
+              "DisconnectConnect");
 
     testing::TempDir dir;
     frmEthernetSetup window(link, dir.file("hvn.cfg"));

@@ -219,7 +219,8 @@ TEST_F(MainWindow, ANameWithoutExtensionIsSavedAsAProgramFile) {
     op.files = {file("plain"), file("range.v2")};
     form.M_Save_As();
     EXPECT_EQ(state.FilePath + " " + form.Caption(), dir.file("plain.hvn") + " LM47 Programer - plain.hvn");
-    EXPECT_TRUE(std::filesystem::exists(dir.file("plain.hvn")) && !std::filesystem::exists(dir.file("plain")));
+    EXPECT_TRUE(std::filesystem::exists(dir.file("plain.hvn")) &&
+                !std::filesystem::exists(dir.file("plain")));
     form.M_Save_As();
     EXPECT_TRUE(std::filesystem::exists(dir.file("range.v2"))) << "a name with an extension is kept";
     // The save question's dialog does the same.
@@ -289,7 +290,8 @@ TEST_F(MainWindow, WindowPositionIsRestoredAndNotSavedWhileMinimised) {
     Form1 f(state, op, positions);
     f.Load();
     const WindowPlacement& p = f.placement();
-    EXPECT_EQ(std::make_tuple(p.Left, p.Top, p.Height, p.Width), std::make_tuple(2400.0, 600.0, 9000.0, 12000.0));
+    EXPECT_EQ(std::make_tuple(p.Left, p.Top, p.Height, p.Width),
+              std::make_tuple(2400.0, 600.0, 9000.0, 12000.0));
 
     f.placement().Left = 4800;
     f.placement().WindowState = 1;

@@ -82,16 +82,18 @@ TEST(ProgramFile, ReadsWordsWithTheirColoursAndPauseRowsMergedAndWritesThemBack)
 
 TEST(ProgramFile, TheFileDecidesModeAndSizesOverTheConfiguration) {
     SharedState configured;
-    std::tie(configured.UseGroups, configured.NumGroups, configured.NumTargets) = std::make_tuple(true, 5, 40);
+    std::tie(configured.UseGroups, configured.NumGroups, configured.NumTargets) =
+        std::make_tuple(true, 5, 40);
     configured.GroupNum[7] = 9;
     // Mode, targets, groups, columns, and two entries of the group table.
     const auto shape = [](const Loaded& l) {
-        return std::make_tuple(l.state.UseGroups, int{l.state.NumTargets}, int{l.state.NumGroups}, l.grid->Cols(),
-                               int{l.state.GroupNum[3]}, int{l.state.GroupNum[7]});
+        return std::make_tuple(l.state.UseGroups, int{l.state.NumTargets}, int{l.state.NumGroups},
+                               l.grid->Cols(), int{l.state.GroupNum[3]}, int{l.state.GroupNum[7]});
     };
     Loaded l = load(kData + "/two_targets.hvn", configured);
     ASSERT_FALSE(l.error);
-    EXPECT_EQ(shape(l), std::make_tuple(false, 2, 0, 3, 0, 9)) << "a target-mode file leaves the group table alone";
+    EXPECT_EQ(shape(l), std::make_tuple(false, 2, 0, 3, 0, 9))
+        << "a target-mode file leaves the group table alone";
     Loaded g = load(kData + "/three_targets_two_groups.hvn", configured);
     ASSERT_FALSE(g.error);
     EXPECT_EQ(shape(g), std::make_tuple(true, 3, 2, 3, 2, 9));

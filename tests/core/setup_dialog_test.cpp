@@ -121,7 +121,8 @@ TEST_F(SetupDialog, SwitchingModeUnderAChangedProgramAsks) {
         d.OKButton();
         EXPECT_EQ(op.log.back(), c.last);
         EXPECT_EQ(std::make_tuple(d.closed(), state.GridLoaded, state.FileChanged),
-                  std::make_tuple(c.closes, !c.closes, !c.closes)) << c.last;
+                  std::make_tuple(c.closes, !c.closes, !c.closes))
+            << c.last;
         EXPECT_TRUE(state.UseGroups) << "set before the question, and kept";
     }
     EXPECT_TRUE(std::filesystem::exists(dir.file("saved.hvn")));

@@ -160,7 +160,8 @@ TEST(DownloadProgram, AgainstTheTransmitter) {
         DownloadProgram download(state, grid, c.program);
         testing::ScriptedOperator op;
         const std::string written = testing::runOpen(device, download, op);
-        const auto told = c.told.empty() ? std::vector<std::string>{} : std::vector{"tell: Halvane: " + c.told};
+        const auto told =
+            c.told.empty() ? std::vector<std::string>{} : std::vector{"tell: Halvane: " + c.told};
         EXPECT_EQ(std::tie(written, op.log), std::tie(c.written, told));
         EXPECT_EQ(std::make_tuple(download.outcome(), download.tag(), int{state.NumSeconds}),
                   std::make_tuple(c.outcome, c.outcome != Failed, c.numSeconds));
@@ -193,7 +194,8 @@ TEST(DownloadProgram, TakesOnlyItsReplyAndDropsInputBeforeEachRequest) {
     const std::string first = "10102\r\n" + withSum(std::string("\x02\x02", 2) + std::string(254, '\0'));
     EXPECT_EQ(two.onBytes(first + "stale", t0 + 300ms), 265u);
     EXPECT_EQ(kinds(two), "drop-in write:1 ");
-    EXPECT_EQ(std::make_pair(two.progress(), two.nextDeadline()), std::make_pair(std::make_pair(1, 2), std::optional(t0 + 1300ms)));
+    EXPECT_EQ(std::make_pair(two.progress(), two.nextDeadline()),
+              std::make_pair(std::make_pair(1, 2), std::optional(t0 + 1300ms)));
     EXPECT_EQ(two.onBytes(withSum(std::string(256, '\0')) + "x", t0 + 600ms), 258u);
     EXPECT_EQ(kinds(two), "write:1 ");
     EXPECT_TRUE(two.finished() && two.progress() == std::make_pair(2, 2));

@@ -70,7 +70,7 @@ std::vector<ImageRecord> everySecond(std::size_t records) {
 // N is one byte: 255 blocks hold 65,278 values (32,639 records). Beyond that nothing may go out, and the
 // operator hears by how much the Program is too long and where the first record that does not fit is.
 TEST(SendProgram, AProgramBeyond255BlocksIsTooLongToSend) {
-    const std::pair<std::size_t, int> counts[] = {{0, 1},   {254, 1}, {255, 2},     {256, 2},    {510, 3},
+    const std::pair<std::size_t, int> counts[] = {{0, 1},   {254, 1}, {255, 2}, {256, 2},     {510, 3},
                                                   {511, 3}, {766, 3}, {767, 4}, {65278, 255}, {65280, 256}};
     for (const auto& [lines, blocks] : counts) EXPECT_EQ(SendProgram::blockCount(lines), blocks) << lines;
     EXPECT_EQ(SendProgram::command('S', 9) + SendProgram::command('S', 10) + SendProgram::command('R', 25),

@@ -157,7 +157,9 @@ TEST(SimServer, PacingGivesEachDirectionRealLineTime) {
         return received == kBytes ? std::string("!") : std::string();
     };
     const std::tuple<bool, ScriptedDevice::Answer, std::string, std::size_t> cases[] = {
-        {true, burst, "?", kBytes}, {true, afterAll, std::string(kBytes, '\xAA'), 1}, {false, burst, "?", kBytes}};
+        {true, burst, "?", kBytes},
+        {true, afterAll, std::string(kBytes, '\xAA'), 1},
+        {false, burst, "?", kBytes}};
     for (const auto& [pace, answer, send, expect] : cases) {
         SCOPED_TRACE(::testing::Message() << "paced " << pace << ", " << expect << " bytes back");
         SimServer server({.pace = pace, .linkDir = {}});

@@ -37,7 +37,8 @@ TEST(TransmitterRoundTrip, SendToPlaceThreeThenDownloadItBack) {
     serving.join();
 
     EXPECT_EQ(downloaded, 0);
-    EXPECT_EQ(grid, testing::readBytes(std::string(HALVANE_TEST_DATA) + "/image/worked_example.downloaded.grid"));
+    EXPECT_EQ(grid,
+              testing::readBytes(std::string(HALVANE_TEST_DATA) + "/image/worked_example.downloaded.grid"));
     // Saving writes the configured columns only, none here: the header and no cell.
     EXPECT_EQ(testing::readBytes(options.output), "\"Target\",0\r\n\"Groups\",\"0\"\r\n\"Seconds\",6\r\n");
 }

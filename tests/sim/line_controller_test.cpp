@@ -8,7 +8,7 @@
 namespace halvane::sim {
 namespace {
 
-using testing::at;
+using namespace testing;
 
 // The faces of slots 1..33 as letters, banks apart: "DDDDDDDD DDDDDDDD DDDDDDDD DDDDDDDD D".
 std::string faces(const Range& range) {

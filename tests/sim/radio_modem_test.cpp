@@ -8,12 +8,7 @@
 namespace halvane::sim {
 namespace {
 
-using testing::at;
-using testing::describe;
-using testing::dueHex;
-using testing::hex;
-using testing::run;
-using testing::Step;
+using namespace testing;
 
 TEST(RadioModem, EscapeNeedsItsGuardOnBothSides) {
     struct Case {

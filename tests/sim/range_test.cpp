@@ -7,8 +7,7 @@
 namespace halvane::sim {
 namespace {
 
-using testing::describe;
-using testing::hexOf;
+using namespace testing;
 
 TEST(Range, RefusesWhatNoRangeHolds) {
     EXPECT_THROW(Range(0), std::invalid_argument);

@@ -8,10 +8,7 @@
 namespace halvane::sim {
 namespace {
 
-using testing::at;
-using testing::describe;
-using testing::hex;
-using testing::hexOf;
+using namespace testing;
 
 TEST(TargetAir, FramesChangeTargetsAndAreAnsweredSixOrTwoBytes) {
     struct Case {

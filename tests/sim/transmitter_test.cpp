@@ -8,11 +8,7 @@
 namespace halvane::sim {
 namespace {
 
-using testing::at;
-using testing::exchange;
-using testing::hexOf;
-using testing::run;
-using testing::withSum;
+using namespace testing;
 
 const std::string kVer = "VER 3.12\r\n";
 

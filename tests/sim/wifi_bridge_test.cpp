@@ -8,10 +8,7 @@
 namespace halvane::sim {
 namespace {
 
-using testing::at;
-using testing::describe;
-using testing::dueHex;
-using testing::hex;
+using namespace testing;
 
 const std::string kHelloHex = "2A 4B 52 56 5F 43 4F 4E 4E 2A";
 
