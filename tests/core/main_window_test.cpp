@@ -76,9 +76,8 @@ TEST_F(MainWindow, NewAndAddTimeAskTheLengthAndShapeTheGrid) {
     EXPECT_EQ(programMenus(), 0);
     newFile("12");
     ASSERT_TRUE(form.grid());
-    EXPECT_EQ(std::make_pair(form.grid()->Rows(), form.grid()->Cols()), std::make_pair(14, 5));
-    EXPECT_EQ(form.Caption(), "LM47 Programer ");
-    EXPECT_EQ(programMenus(), 3);
+    EXPECT_EQ(std::make_tuple(form.grid()->Rows(), form.grid()->Cols(), form.Caption(), programMenus()),
+              std::make_tuple(14, 5, std::string("LM47 Programer "), 3));
     EXPECT_EQ(op.log, std::vector<std::string>{"show: Program Setup 30"});
     // Add Time shows the current length and reshapes the grid.
     op.settingsScript.push_back(ScriptedOperator::typeAndOk("20"));
@@ -97,9 +96,8 @@ TEST_F(MainWindow, NewAndAddTimeAskTheLengthAndShapeTheGrid) {
 TEST_F(MainWindow, ProgramSetupCancelZeroAndTooLongChangeNothing) {
     op.settingsScript.push_back([](Settings& d) { d.CancelButton(); });
     form.M_New();
-    EXPECT_FALSE(state.GridLoaded);
-    EXPECT_EQ(form.Caption(), "LM47 Programer ");
-    EXPECT_EQ(programMenus(), 0);
+    EXPECT_EQ(std::make_tuple(state.GridLoaded, form.Caption(), programMenus()),
+              std::make_tuple(false, std::string("LM47 Programer "), 0));
     newFile("0");
     EXPECT_FALSE(state.GridLoaded);
 
@@ -114,8 +112,7 @@ TEST_F(MainWindow, ProgramSetupCancelZeroAndTooLongChangeNothing) {
         d.CancelButton();
     });
     form.M_New();
-    EXPECT_FALSE(state.GridLoaded);
-    EXPECT_EQ(state.NumSeconds, 30);
+    EXPECT_TRUE(!state.GridLoaded && state.NumSeconds == 30);
     ASSERT_EQ(op.log.size(), 3u);
     EXPECT_EQ(op.log[1], "tell: Halvane: The length of a Program can be at most 32765 seconds.");
 }
@@ -145,11 +142,9 @@ TEST_F(MainWindow, CloseAsksOnlyWhenChangedAndEachAnswerDoesItsOwnThing) {
         op.files = {file("closed.hvn")};
         form.M_Close();
         EXPECT_EQ(op.log, c.log);
-        EXPECT_EQ(state.GridLoaded, c.stays);
-        EXPECT_EQ(programMenus(), c.stays ? 3 : 0);
-        EXPECT_EQ(state.FileChanged, c.stays);
-        EXPECT_EQ(state.NumSeconds, c.seconds);
-        EXPECT_EQ(state.FilePath, c.path);
+        EXPECT_EQ(std::make_tuple(state.GridLoaded, programMenus(), state.FileChanged, int{state.NumSeconds},
+                                  state.FilePath),
+                  std::make_tuple(c.stays, c.stays ? 3 : 0, c.stays, c.seconds, std::string(c.path)));
     }
     EXPECT_NE(readBytes(dir.file("closed.hvn")).find("\"Foe\""), std::string::npos);
     EXPECT_EQ(form.Caption(), "LM47 Programer ") << "Close leaves the title alone";
@@ -198,9 +193,8 @@ TEST_F(MainWindow, AFailedOpenTellsWhereAndLeavesTheProgramItsSettingsAndItsFile
 
     op.files = {ChosenFile{kData + "/mixed.hvn", "mixed.hvn"}};
     form.M_Open();
-    EXPECT_EQ(form.Caption(), "LM47 Programer - mixed.hvn");
-    EXPECT_EQ(form.grid()->TextMatrix(3, 2), "Wave");
-    EXPECT_EQ(programMenus(), 3);
+    EXPECT_EQ(std::make_tuple(form.Caption(), form.grid()->TextMatrix(3, 2), programMenus()),
+              std::make_tuple(std::string("LM47 Programer - mixed.hvn"), std::string("Wave"), 3));
 
     // Save As to a new name, then Save reuses it without a dialog.
     op.files = {file("copy.hvn")};
@@ -254,8 +248,7 @@ TEST_F(MainWindow, ASaveThatCannotWriteSaysWhyAndKeepsTheProgramAndItsChangedFla
     std::filesystem::create_directories(dir.path() / "taken.hvn");
     op.files = {file("taken.hvn")};
     form.M_Save();
-    EXPECT_TRUE(state.FileChanged);
-    EXPECT_EQ(form.grid()->TextMatrix(1, 1), "Foe");
+    EXPECT_TRUE(state.FileChanged && form.grid()->TextMatrix(1, 1) == "Foe");
     EXPECT_NE(op.log.back().find("taken.hvn"), std::string::npos);
 }
 

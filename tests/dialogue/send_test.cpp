@@ -23,28 +23,23 @@ class ScriptedPeer : public sim::Device {
     explicit ScriptedPeer(std::vector<std::pair<std::size_t, std::string>> script)
         : m_script(std::move(script)) {}
     std::string name() const override { return "peer"; }
-    void receive(std::string_view bytes, sim::TimePoint now) override {
+    // Replies fall due at once.
+    void receive(std::string_view bytes, sim::TimePoint) override {
         m_received += bytes.size();
         for (auto& [after, reply] : m_script)
             if (after && m_received >= after) {
-                if (!reply.empty()) m_due.push_back({now, reply});
+                if (!reply.empty()) m_due.push_back(reply);
                 after = 0;
             }
     }
-    std::vector<std::string> takeDue(sim::TimePoint) override {
-        std::vector<std::string> out;
-        for (auto& d : m_due) out.push_back(d.second);
-        m_due.clear();
-        return out;
-    }
+    std::vector<std::string> takeDue(sim::TimePoint) override { return std::exchange(m_due, {}); }
     std::optional<sim::TimePoint> nextDue() const override {
-        if (m_due.empty()) return std::nullopt;
-        return m_due.front().first;
+        return m_due.empty() ? std::nullopt : std::optional(sim::TimePoint{});
     }
 
   private:
     std::vector<std::pair<std::size_t, std::string>> m_script;
-    std::vector<std::pair<sim::TimePoint, std::string>> m_due;
+    std::vector<std::string> m_due;
     std::size_t m_received = 0;
 };
 

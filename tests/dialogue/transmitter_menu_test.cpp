@@ -66,19 +66,13 @@ struct TransmitterMenu : testing::ProgramFixture {
 
 // frmDownload reads its number with Val and rounds it to 16 bits; frmSend keeps to the leading digits.
 TEST_F(TransmitterMenu, DownloadReadsItsNumberWithValAndSendByItsLeadingDigits) {
-    const std::pair<const char*, const char*> download[] = {{"2.7", "R03"}, {"&HA", "R10"}, {"1 0", "R10"},
-                                                            {"2.5", "R02"}, {" 4x", "R04"}, {"12ab", "R10"}};
-    for (const auto& [text, command] : download) {
+    const std::pair<const char*, const char*> typed[] = {{"2.7", "R03"}, {"&HA", "R10"}, {"1 0", "R10"},
+                                                         {"2.5", "R02"}, {" 4x", "R04"}, {"12ab", "R10"},
+                                                         {"2.7", "S02"}, {"1 0", "S01"}, {"12ab", "S10"}};
+    for (const auto& [text, command] : typed) {
         chooseNumber(text);
         runOnPort();
-        form.M_Download();
-        EXPECT_EQ(port->written.substr(0, 3), command) << text;
-    }
-    const std::pair<const char*, const char*> send[] = {{"2.7", "S02"}, {"1 0", "S01"}, {"12ab", "S10"}};
-    for (const auto& [text, command] : send) {
-        chooseNumber(text);
-        runOnPort();
-        form.M_Send();
+        command[0] == 'R' ? form.M_Download() : form.M_Send();
         EXPECT_EQ(port->written.substr(0, 3), command) << text;
     }
     // A number that names no place is told, and the Program on the screen stays.
