@@ -106,6 +106,10 @@ TEST_F(TransmitterMenu, ADownloadedProgramIsNoLongerTheOpenFile) {
         chooseNumber(place == "silent" ? "4" : place);
         runOnPort();
         form.M_Download();
+        if (place == "4") {
+            EXPECT_EQ(column(2, 1, 4) + " " + form.Tag, "Foe Foe Foe Down True");
+            EXPECT_EQ(state.NumSeconds, 3);
+        }
         EXPECT_EQ(state.FilePath, "");
         EXPECT_EQ(form.Caption(), "LM47 Programer ");
         EXPECT_EQ(state.SelRow[1], 0);
@@ -151,22 +155,18 @@ TEST_F(TransmitterMenu, SendRefusesAnImageThatCannotBeBytesBeforeAnythingGoesOut
     EXPECT_EQ(form.Tag, "False");
 }
 
-TEST_F(TransmitterMenu, DownloadAsksBeforeItReplacesUnsavedWorkThenFillsTheGrid) {
+TEST_F(TransmitterMenu, DownloadAsksBeforeItReplacesUnsavedWork) {
     put(1, {{2, "Edge"}});
     state.FileChanged = true;
-    op.answers = {Answer::Cancel};
+    op.answers = {Answer::Cancel, Answer::No};
     form.M_Download();
     EXPECT_EQ(op.log.back(), "ask: Halvane: File is Changed do you want to save?");
     EXPECT_EQ(grid().TextMatrix(2, 1), "Edge");
-
-    sim::asTransmitter(*transmitter).setPlace(4, std::string("\xF2\x02\xFD\x03\xF0\x02", 6));
-    op.answers = {Answer::No};
     chooseNumber("4");
     runOnPort();
     form.M_Download();
-    EXPECT_EQ(column(2, 1, 4), "Foe Foe Foe Down");
-    EXPECT_EQ(state.NumSeconds, 3);
-    EXPECT_EQ(form.Tag, "True");
+    EXPECT_EQ(std::make_pair(grid().TextMatrix(2, 1), form.Tag),
+              std::make_pair(std::string(), std::string("True")));
 }
 
 // The main window over a port that can be unplugged.
