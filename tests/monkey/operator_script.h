@@ -1,0 +1,49 @@
+#pragma once
+// A randomized operator on the console's real main window: a byte string becomes clicks on the
+// Program table, keys, menu commands and answers to every dialog, and after each event the
+// promises the console makes about its windows and its Program are checked.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace halvane {
+class Form1;
+}
+
+namespace halvane::monkey {
+
+class ScratchRange;
+
+struct RunResult {
+    int events = 0;
+    std::vector<std::string> findings;  // empty when every check held
+    std::vector<std::string> trace;     // each event and each answer, to reproduce the run
+    // How much of the console the run reached.
+    int answers = 0;
+    int programsShown = 0;
+    int savesReadBack = 0;
+};
+
+class OperatorScript {
+  public:
+    // Needs a GuardedApplication. The first bytes choose the run's settings, the rest its events.
+    OperatorScript(ScratchRange& range, std::string bytes);
+    ~OperatorScript();
+
+    // Runs events until the bytes or `maxEvents` are used up, the window closes or a check fails.
+    RunResult run(int maxEvents);
+
+    // The checks of the console's promises, on the state as it stands; for tests of the checks.
+    std::vector<std::string> check();
+    Form1& form();
+
+  private:
+    struct Run;
+    std::unique_ptr<Run> m_run;
+};
+
+// The trace of the run under way is printed when a sanitizer ends the process.
+void printTraceOnDeath();
+
+}  // namespace halvane::monkey
