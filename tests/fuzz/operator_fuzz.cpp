@@ -15,7 +15,6 @@
 using namespace halvane;
 
 namespace {
-constexpr int kMaxEvents = 60;
 monkey::ScratchRange* range = nullptr;
 long inputs = 0;
 long events = 0;
@@ -32,7 +31,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     static char name[] = "operator_fuzz";
     static char* argv[] = {name, nullptr};
     // Never destroyed: Qt cannot take its application object down from an exit handler.
-    new app::GuardedApplication(argc, argv);
+    static auto* application = new app::GuardedApplication(argc, argv);
+    (void)application;
     range = new monkey::ScratchRange;
     monkey::printTraceOnDeath();
     std::atexit(tally);
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     monkey::OperatorScript script(*range, std::string(reinterpret_cast<const char*>(data), size));
-    const monkey::RunResult result = script.run(kMaxEvents);
+    const monkey::RunResult result = script.run(monkey::kEventsPerInput);
     ++inputs;
     events += result.events;
     if (inputs % 100 == 0) tally();

@@ -1,5 +1,6 @@
 #include "dialog_answerer.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDialog>
 #include <QFileDialog>
@@ -126,6 +127,10 @@ void DialogAnswerer::answerFileDialog(QFileDialog& dialog) {
     note(save ? "save dialog" : "open dialog", i < paths.size() ? QFileInfo(paths[i]).fileName() : "Cancel");
     if (i == paths.size()) return dialog.reject();
     // Typed in full into the name box: selectFile() leaves the box empty for a file not yet listed.
+    // Typing drops a file picked in the list before, but only with the focus in the box, which does
+    // not come back to the dialog offscreen after a message box on top of it.
+    for (auto* view : dialog.findChildren<QAbstractItemView*>())
+        if (view->objectName() == "listView" || view->objectName() == "treeView") view->clearSelection();
     dialog.findChild<QLineEdit*>("fileNameEdit")->setText(paths[i]);
     // The Open or Save button, which checks the name as it does for the operator.
     static_cast<QDialog&>(dialog).accept();

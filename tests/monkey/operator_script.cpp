@@ -86,7 +86,7 @@ struct OperatorScript::Run {
     std::string runCommand(const std::string& command);
     int pickIndex(int count);
     void snapshotSave(const std::string& path);
-    void checkShape(std::vector<std::string>& out, const ProgramGrid& grid);
+    void checkShape(std::vector<std::string>& out, const ProgramGrid& grid, bool remade);
     void checkSaves(std::vector<std::string>& out);
     std::vector<std::string> check();
 
@@ -100,7 +100,9 @@ struct OperatorScript::Run {
     std::unique_ptr<app::MainWindowView> window;
     std::unique_ptr<DialogAnswerer> answerer;
     std::vector<SavedProgram> saves;
-    std::string command;  // of the event under way, if it is one
+    std::string command;      // of the event under way, if it is one
+    unsigned generation = 0;  // of the grid, before the event
+    bool downloaded = false;  // the grid on the screen came from the transmitter
     struct Shape {
         bool shown = false;
         int rows = 0, cols = 0;
@@ -111,16 +113,19 @@ struct OperatorScript::Run {
 
 OperatorScript::Run::Run(ScratchRange& range, std::string bytes) : choices(std::move(bytes)) {
     const int targets = choices.oneOf(std::vector<int>{1, 2, 3, 4, 4, 8, 12, 40});
-    const int groups = std::max(0, choices.below(6) - 3);
+    // The groups are always set up: the Setup dialog can switch to groups but cannot make them.
+    const int groupChoice = choices.below(6);
+    const bool useGroups = groupChoice >= 4;
+    const int groups = 1 + groupChoice % 3;
     const bool leftClick = choices.below(2) == 1;
     const int port = 1 + choices.below(ScratchRange::kPorts);
     trace.push_back("settings: " + std::to_string(targets) + " targets, " + std::to_string(groups) +
-                    " groups, " + (leftClick ? "left" : "right") + "-click, Com Port " +
-                    std::to_string(port) + " (" + ScratchRange::faultName(port) + ")");
+                    (useGroups ? " groups (used), " : " groups, ") + (leftClick ? "left" : "right") +
+                    "-click, Com Port " + std::to_string(port) + " (" + ScratchRange::faultName(port) + ")");
     g_trace = &trace;
 
     // Put together as the console's main() does.
-    readStartup(range.prepareRun(targets, groups, leftClick, port), state);
+    readStartup(range.prepareRun(targets, groups, useGroups, leftClick, port), state);
     form = std::make_unique<Form1>(state, op, positions);
     links = std::make_unique<app::ConsoleLinks>(state, op);
     form->attachLinks(&links->comPort(), &links->wifi());
@@ -266,17 +271,23 @@ void OperatorScript::Run::checkSaves(std::vector<std::string>& out) {
 }
 
 // The grid holds a row for each second of the Program and two more: the heading row and second 0.
-// Its columns follow the setup when a Program is made, opened, lengthened or downloaded (a download
-// adds columns for targets the transmitter's Program names beyond the setup), unless the command
-// was cancelled. The Setup dialog changes the setup but leaves the Program on the screen as it is,
-// and no other command changes the grid's shape.
-void OperatorScript::Run::checkShape(std::vector<std::string>& out, const ProgramGrid& grid) {
+// A download gives back the row it added last, and a Program with no delay at all has none to give:
+// it comes as second 0 alone, with one row to spare. The columns follow the setup when a Program is
+// made, opened, lengthened or downloaded (a download adds columns for targets the transmitter's
+// Program names beyond the setup), unless the command was cancelled. The Setup dialog changes the
+// setup but leaves the Program on the screen as it is, and no other command changes the grid's shape.
+void OperatorScript::Run::checkShape(std::vector<std::string>& out, const ProgramGrid& grid, bool remade) {
+    const bool reshaping =
+        command == "M_New" || command == "M_Open" || command == "M_Time" || command == "M_Download";
+    if (command == "M_Download" && remade) downloaded = true;
     const std::string size = std::to_string(grid.Rows()) + " x " + std::to_string(grid.Cols());
-    if (grid.Rows() != state.NumSeconds + 2)
+    if (grid.Rows() == state.NumSeconds + 2)
+        downloaded = false;
+    else if (!downloaded || state.NumSeconds != 0 || grid.Rows() != 3)
         out.push_back("the grid has " + size + " cells for " + std::to_string(state.NumSeconds) + " seconds");
     const bool unchanged = shape.shown && grid.Rows() == shape.rows && grid.Cols() == shape.cols;
     const int columns = programColumns(state);
-    if (command == "M_New" || command == "M_Open" || command == "M_Time" || command == "M_Download") {
+    if (reshaping) {
         const bool fits = command == "M_Download" ? grid.Cols() - 1 >= columns : grid.Cols() - 1 == columns;
         if (!fits && !unchanged)
             out.push_back(command + " left " + size + " cells for a setup of " + std::to_string(columns) +
@@ -316,9 +327,10 @@ std::vector<std::string> OperatorScript::Run::check() {
         }
     if (shown) {
         ++result.programsShown;
-        checkShape(out, *grid);
+        checkShape(out, *grid, form->gridGeneration() != generation);
     }
     shape = shown ? Shape{true, grid->Rows(), grid->Cols()} : Shape{};
+    generation = form->gridGeneration();
     checkSaves(out);
     return out;
 }

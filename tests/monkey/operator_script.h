@@ -15,6 +15,9 @@ namespace halvane::monkey {
 
 class ScratchRange;
 
+// The events of one fuzzer input at most.
+inline constexpr int kEventsPerInput = 60;
+
 struct RunResult {
     int events = 0;
     std::vector<std::string> findings;  // empty when every check held

@@ -82,7 +82,8 @@ ScratchRange::ScratchRange() {
     m_thread = std::thread([this] { m_server.run(); });
     for (const auto& program : kPrograms) openChoices.push_back(m_files + program.filename().c_str());
     for (const auto& [name, bytes] : kBrokenFiles) openChoices.push_back(m_files + name.c_str());
-    for (const char* name : {"no_extension", "truncated.hvn", "folder.hvn", "missing.hvn"})
+    for (const char* name :
+         {"no_extension", "truncated.hvn", "folder.hvn", "missing.hvn", "saved.hvn", "saved_again"})
         openChoices.push_back(m_files + name);
     for (const char* name : {"saved.hvn", "saved_again", "mixed.hvn", "no/such/x.hvn", "folder.hvn"})
         saveChoices.push_back(m_files + name);
@@ -93,7 +94,7 @@ ScratchRange::~ScratchRange() {
     m_thread.join();
 }
 
-std::string ScratchRange::prepareRun(int targets, int groups, bool leftClick, int comPort) {
+std::string ScratchRange::prepareRun(int targets, int groups, bool useGroups, bool leftClick, int comPort) {
     const fs::path files = m_files.toStdString();
     fs::remove_all(files);
     fs::create_directories(files / "folder.hvn");
@@ -109,10 +110,9 @@ std::string ScratchRange::prepareRun(int targets, int groups, bool leftClick, in
         WriteIni(config, section, key, value);
     };
     set("Settings", "Targets", std::to_string(targets));
-    set("Settings", "Groups", groups > 0 ? "True" : "False");
+    set("Settings", "Groups", useGroups ? "True" : "False");
     set("Settings", "Num Groups", std::to_string(groups));
-    for (int n = 1; groups > 0 && n <= targets; ++n)
-        set("Group Num", std::to_string(n), std::to_string(1 + n % groups));
+    for (int n = 1; n <= targets; ++n) set("Group Num", std::to_string(n), std::to_string(1 + n % groups));
     set("Settings", "LMC-Radio", "True");
     set("Settings", "LeftClickIF", leftClick ? "True" : "False");
     set("Settings", "ComPort", std::to_string(comPort));

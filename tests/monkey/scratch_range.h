@@ -23,8 +23,9 @@ class ScratchRange {
     ScratchRange();
     ~ScratchRange();
 
-    // Puts the scratch folder back as it was at start and writes hvn.cfg for a run; its path.
-    std::string prepareRun(int targets, int groups, bool leftClick, int comPort);
+    // Puts the scratch folder back as it was at start and writes hvn.cfg for a run; its path. The
+    // targets are spread over `groups` groups (at least 1), which the Program uses if `useGroups`.
+    std::string prepareRun(int targets, int groups, bool useGroups, bool leftClick, int comPort);
     // What a file dialog may be given: Programs, broken files, a folder, a missing file.
     std::vector<QString> openChoices, saveChoices;
 
