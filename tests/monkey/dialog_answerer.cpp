@@ -1,5 +1,6 @@
 #include "dialog_answerer.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QDialog>
@@ -10,7 +11,7 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "choices.h"
+#include "operator_script.h"
 #include "scratch_range.h"
 
 namespace halvane::monkey {
@@ -23,13 +24,6 @@ const std::vector<QString> kTexts = {"1",   "2",   "5", "30",  "-40000", "0",  "
 constexpr int kPatience = 6;
 constexpr int kForce = kPatience + 3;
 
-template <class W>
-QList<W*> usable(QWidget& parent) {
-    QList<W*> out;
-    for (W* w : parent.findChildren<W*>())
-        if (w->isVisible() && w->isEnabled()) out << w;
-    return out;
-}
 }  // namespace
 
 DialogAnswerer::DialogAnswerer(Choices& choices, const ScratchRange& range, QWidget& mainWindow,
@@ -138,48 +132,29 @@ void DialogAnswerer::answerFileDialog(QFileDialog& dialog) {
         onSaveAccepted(dialog.selectedFiles().value(0));
 }
 
+// Mostly works a control: types into a box, or presses a button (+, -, an option, OK or Cancel).
 void DialogAnswerer::answerDialog(QDialog& dialog) {
-    QList<QPushButton*> steps;
-    for (QPushButton* b : usable<QPushButton>(dialog))
-        if (b->objectName() != "OKButton" && b->objectName() != "cmdOK" && b->objectName() != "CancelButton")
-            steps << b;
-    QList<QLineEdit*> edits = usable<QLineEdit>(dialog);
-    QList<QAbstractButton*> toggles;
-    for (QAbstractButton* b : usable<QAbstractButton>(dialog))
-        if (b->isCheckable()) toggles << b;
+    QList<QWidget*> controls;
+    for (QWidget* w : dialog.findChildren<QWidget*>())
+        if (w->isVisible() && w->isEnabled() &&
+            (qobject_cast<QAbstractButton*>(w) || qobject_cast<QLineEdit*>(w)))
+            controls << w;
     const QString title = dialog.windowTitle();
-    switch (m_choices.below(5)) {
-        case 1:
-            if (edits.isEmpty()) break;
-            if (QLineEdit* edit = edits[m_choices.below(static_cast<int>(edits.size()))];
-                !edit->isReadOnly()) {
-                const QString text = m_choices.oneOf(kTexts);
-                note(title, "types \"" + text + "\" into " + edit->objectName());
-                edit->setFocus();
-                edit->selectAll();
-                QTest::keyClick(edit, Qt::Key_Backspace);
-                QTest::keyClicks(edit, text);
-                return;
-            }
-            break;
-        case 2:
-            if (steps.isEmpty()) break;
-            if (QPushButton* step = steps[m_choices.below(static_cast<int>(steps.size()))]) {
-                note(title, "presses " + step->objectName());
-                return step->click();
-            }
-            break;
-        case 3:
-            if (toggles.isEmpty()) break;
-            if (QAbstractButton* toggle = toggles[m_choices.below(static_cast<int>(toggles.size()))]) {
-                note(title, "clicks " + toggle->objectName());
-                return toggle->click();
-            }
-            break;
-        case 4:
-            return close(dialog, false);
-        default:
-            break;
+    const int choice = m_choices.below(4);
+    if (choice == 3) return close(dialog, false);
+    if (choice > 0 && !controls.isEmpty()) {
+        QWidget* control = controls[m_choices.below(static_cast<int>(controls.size()))];
+        if (auto* button = qobject_cast<QAbstractButton*>(control)) {
+            note(title, "presses " + button->objectName());
+            return button->click();
+        }
+        auto* edit = static_cast<QLineEdit*>(control);
+        const QString text = m_choices.oneOf(kTexts);
+        note(title, "types \"" + text + "\" into " + edit->objectName());
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClick(edit, Qt::Key_Backspace);
+        return QTest::keyClicks(edit, text);
     }
     QPushButton* ok = dialog.findChild<QPushButton*>("OKButton");
     if (!ok) ok = dialog.findChild<QPushButton*>("cmdOK");

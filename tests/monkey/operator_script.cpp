@@ -15,7 +15,6 @@
 #include "authoring/grid_setup.h"
 #include "authoring/program_file.h"
 #include "authoring/startup.h"
-#include "choices.h"
 #include "dialog_answerer.h"
 #include "grid_table_model.h"
 #include "main_window_view.h"

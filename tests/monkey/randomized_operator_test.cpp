@@ -8,7 +8,6 @@
 #include <stdexcept>
 
 #include "authoring/main_window.h"
-#include "choices.h"
 #include "operator_script.h"
 #include "platform/guarded_application.h"
 #include "scratch_range.h"
