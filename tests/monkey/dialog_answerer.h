@@ -33,7 +33,11 @@ class DialogAnswerer : public QObject {
 
     // Called when a Save dialog has been accepted, before the console writes the file.
     std::function<void(const QString& path)> onSaveAccepted;
-    void beginEvent() { m_eventClock.restart(); }
+    // Each event starts the counts afresh: the popup menu is one window shown again and again.
+    void beginEvent() {
+        m_eventClock.restart();
+        m_actionCounts.clear();
+    }
     std::vector<std::string> takeFindings() { return std::exchange(m_findings, {}); }
     int answered() const { return m_answered; }
 
