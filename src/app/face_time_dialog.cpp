@@ -10,6 +10,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include "dialog_parts.h"
+#include "platform/guarded_application.h"
 
 #include "authoring/face_time.h"
 
@@ -76,7 +77,8 @@ void FaceTimeDialog::act(void (Face_time::*handler)()) {
     m_model.Text1 = m_text1->text().toStdString();
     if (m_first->checkedId() >= 0) m_model.setFirst(static_cast<Face_time::Option>(m_first->checkedId()));
     if (m_second->checkedId() >= 0) m_model.setSecond(static_cast<Face_time::Option>(m_second->checkedId()));
-    (m_model.*handler)();
+    Face_time& model = m_model;
+    GuardedApplication::handle([&model, handler] { (model.*handler)(); });
     m_text1->setText(QString::fromStdString(m_model.Text1));
     if (m_model.closed()) accept();
 }

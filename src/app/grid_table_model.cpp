@@ -37,26 +37,36 @@ GridTableModel::GridTableModel(QObject* parent) : QAbstractTableModel(parent) {}
 void GridTableModel::setGrid(const ProgramGrid* grid) {
     beginResetModel();
     m_grid = grid;
+    m_rows = grid ? grid->Rows() - 1 : 0;
+    m_cols = grid ? grid->Cols() - 1 : 0;
     endResetModel();
 }
 
 void GridTableModel::cellsChanged() {
-    if (rowCount() > 0 && columnCount() > 0)
-        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    if (m_grid && (m_grid->Rows() - 1 != m_rows || m_grid->Cols() - 1 != m_cols))
+        setGrid(m_grid);
+    else if (m_rows > 0 && m_cols > 0)
+        emit dataChanged(index(0, 0), index(m_rows - 1, m_cols - 1));
 }
 
 int GridTableModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() || !m_grid ? 0 : m_grid->Rows() - 1;
+    return parent.isValid() ? 0 : m_rows;
 }
 
 int GridTableModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() || !m_grid ? 0 : m_grid->Cols() - 1;
+    return parent.isValid() ? 0 : m_cols;
+}
+
+// A grid that grows or shrinks while a dialogue runs is shown by its announced shape until the next
+// refresh; cells it no longer has show empty.
+bool GridTableModel::exists(int row, int col) const {
+    return m_grid && row < m_grid->Rows() && col < m_grid->Cols();
 }
 
 QVariant GridTableModel::data(const QModelIndex& index, int role) const {
-    if (!m_grid || !index.isValid()) return {};
     const int row = index.row() + 1;
     const int col = index.column() + 1;
+    if (!index.isValid() || !exists(row, col)) return {};
     switch (role) {
         case Qt::DisplayRole:
             return QString::fromLatin1(m_grid->TextMatrix(row, col));
@@ -72,9 +82,10 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant GridTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (!m_grid || role != Qt::DisplayRole) return {};
-    if (orientation == Qt::Horizontal) return QString::fromLatin1(m_grid->TextMatrix(0, section + 1));
-    return QString::fromLatin1(m_grid->TextMatrix(section + 1, 0));
+    const int row = orientation == Qt::Horizontal ? 0 : section + 1;
+    const int col = orientation == Qt::Horizontal ? section + 1 : 0;
+    if (role != Qt::DisplayRole || !exists(row, col)) return {};
+    return QString::fromLatin1(m_grid->TextMatrix(row, col));
 }
 
 }  // namespace halvane::app

@@ -19,7 +19,7 @@ class GridTableModel : public QAbstractTableModel {
     void setGrid(const ProgramGrid* grid);
     const ProgramGrid* grid() const { return m_grid; }
     void setPalette(const QPalette& palette) { m_palette = palette; }
-    // Every cell may have changed; the shape has not.
+    // Every cell may have changed; a grid whose shape has changed is read again from scratch.
     void cellsChanged();
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -28,7 +28,12 @@ class GridTableModel : public QAbstractTableModel {
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
+    bool exists(int row, int col) const;
+
+    // The shape the views were last told: they never ask beyond it, whatever the grid does meanwhile.
     const ProgramGrid* m_grid = nullptr;
+    int m_rows = 0;
+    int m_cols = 0;
     QPalette m_palette;
 };
 

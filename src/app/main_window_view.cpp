@@ -11,6 +11,7 @@
 
 #include "authoring/main_window.h"
 #include "grid_table_model.h"
+#include "platform/guarded_application.h"
 #include "platform/twips.h"
 #include "program_table_view.h"
 
@@ -30,17 +31,24 @@ MainWindowView::MainWindowView(Form1& model, QWidget* parent) : QMainWindow(pare
     m_table = new ProgramTableView(central);
     m_table->hide();
     connect(m_table, &ProgramTableView::gridMouseDown, this, [this](int button, int shift, int row, int col) {
-        m_model.grdInfo_MouseDown(button, shift, row, col);
+        GuardedApplication::handle([&] { m_model.grdInfo_MouseDown(button, shift, row, col); });
         refresh();
     });
     connect(m_table, &ProgramTableView::gridKeyDown, this, [this](int keyCode, int shift) {
-        m_model.grdInfo_KeyDown(keyCode, shift);
+        GuardedApplication::handle([&] { m_model.grdInfo_KeyDown(keyCode, shift, m_table->pageRows()); });
         refresh();
     });
+    // A grid that goes away is let go of at once: a dialog's event loop may repaint the table before
+    // the command that replaced it returns.
+    m_model.setGridObserver([this] { refresh(); });
     buildMenu();
     m_model.Load();
     applyPlacement();
     refresh();
+}
+
+MainWindowView::~MainWindowView() {
+    m_model.setGridObserver({});
 }
 
 void MainWindowView::buildMenu() {
@@ -88,7 +96,7 @@ std::string MainWindowView::popup(const std::string& menu) {
 }
 
 void MainWindowView::runCommand(const std::string& item) {
-    m_model.run(item);
+    GuardedApplication::handle([&] { m_model.run(item); });
     refresh();
     switch (m_model.ending()) {
         case Form1::Ending::Unload:
@@ -129,7 +137,10 @@ void MainWindowView::placeGrid() {
         return;
     }
     m_table->setGeometry(0, 0, toPixels(grid->Width), toPixels(grid->Height));
-    m_table->show();
+    if (!m_table->isVisible()) {
+        m_table->show();
+        m_table->setFocus();  // the keys move the grid's current cell from the start
+    }
 }
 
 void MainWindowView::applyPlacement() {

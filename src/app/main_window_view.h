@@ -20,6 +20,7 @@ class MainWindowView : public QMainWindow {
     Q_OBJECT
   public:
     explicit MainWindowView(Form1& model, QWidget* parent = nullptr);
+    ~MainWindowView() override;
 
     // Shows the model's state: caption, menu states, the grid and its place.
     void refresh();

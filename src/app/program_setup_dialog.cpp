@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "dialog_parts.h"
+#include "platform/guarded_application.h"
 
 #include "authoring/program_setup.h"
 
@@ -38,7 +39,8 @@ ProgramSetupDialog::ProgramSetupDialog(Settings& model, QWidget* parent) : QDial
 // Hands the box's text to the model, runs the handler and shows the outcome.
 void ProgramSetupDialog::act(void (Settings::*handler)()) {
     m_model.Text1 = m_text1->text().toStdString();
-    (m_model.*handler)();
+    Settings& model = m_model;
+    GuardedApplication::handle([&model, handler] { (model.*handler)(); });
     m_text1->setText(QString::fromStdString(m_model.Text1));
     if (m_model.closed()) accept();
 }

@@ -15,8 +15,10 @@ class ProgramTableView : public QTableView {
     explicit ProgramTableView(QWidget* parent = nullptr);
 
     GridTableModel* gridModel() const { return m_model; }
-    // Reads the grid again: column widths, the corner text and the merged rows.
+    // Reads the grid again: column widths, the corner text, the merged rows and the current cell.
     void reload();
+    // Rows a Page key moves: those in view.
+    int pageRows() const;
     QString cornerText() const;
 
   signals:
@@ -28,12 +30,15 @@ class ProgramTableView : public QTableView {
 
   protected:
     void updateGeometries() override;
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void updateSpans();
+    void showCurrentCell();
+    void emitMouseDown(QMouseEvent* event, int row, int col);
     GridTableModel* m_model;
     QLabel* m_corner = nullptr;
 };

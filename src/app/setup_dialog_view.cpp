@@ -12,6 +12,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 #include "dialog_parts.h"
+#include "platform/guarded_application.h"
 
 #include "authoring/setup_dialog.h"
 
@@ -131,7 +132,8 @@ void SetupDialog::fromModel() {
 
 void SetupDialog::act(void (frmDisplay::*handler)()) {
     toModel();
-    (m_model.*handler)();
+    frmDisplay& model = m_model;
+    GuardedApplication::handle([&model, handler] { (model.*handler)(); });
     fromModel();
     if (m_model.closed()) accept();
 }

@@ -11,6 +11,7 @@
 #include "dialog_parts.h"
 #include "links/dialogue_runner.h"
 #include "links/transmitter_windows.h"
+#include "platform/guarded_application.h"
 #include "platform/qt_serial_port.h"
 
 namespace halvane::app {
@@ -47,7 +48,8 @@ ProgramNumberView::ProgramNumberView(ProgramNumberDialog& model, QWidget* parent
 
 void ProgramNumberView::act(void (ProgramNumberDialog::*handler)()) {
     m_model.Text1 = m_text1->text().toStdString();
-    (m_model.*handler)();
+    ProgramNumberDialog& model = m_model;
+    GuardedApplication::handle([&model, handler] { (model.*handler)(); });
     m_text1->setText(QString::fromStdString(m_model.Text1));
     if (m_model.closed()) accept();
 }

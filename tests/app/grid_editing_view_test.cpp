@@ -22,8 +22,10 @@ class GridEditingViewTest : public QObject {
     app::ProgramTableView* table() { return view->table(); }
     void clickCell(int row, int col, Qt::MouseButton button = Qt::LeftButton,
                    Qt::KeyboardModifiers keys = {}) {
-        const QRect cell = table()->visualRect(table()->gridModel()->index(row - 1, col - 1));
-        QTest::mouseClick(table()->viewport(), button, keys, cell.center());
+        // The cell's own place, also inside a merged run.
+        const QPoint at(table()->columnViewportPosition(col - 1) + table()->columnWidth(col - 1) / 2,
+                        table()->rowViewportPosition(row - 1) + table()->rowHeight(row - 1) / 2);
+        QTest::mouseClick(table()->viewport(), button, keys, at);
     }
     void clickSeconds(int row) {
         QHeaderView* header = table()->verticalHeader();
@@ -73,6 +75,49 @@ class GridEditingViewTest : public QObject {
         clickCell(10, 2, Qt::RightButton);
         QCOMPARE(window->grid().TextMatrix(3, 1), std::string("Friend"));
         QCOMPARE(window->grid().TextMatrix(6, 3), std::string("Friend"));
+    }
+
+    // One current cell: the mouse and the keys move the grid's, the table shows it, Delete acts on it.
+    void keysAndClicksMoveTheCellTheTableShows() {
+        const auto current = [this] {
+            const QModelIndex i = table()->currentIndex();
+            return std::make_pair(i.row() + 1, i.column() + 1);
+        };
+        for (int row : {5, 8}) {
+            window->grid().setRow(row);
+            window->form.M_Pause();
+        }
+        view->refresh();
+        clickCell(8, 3);
+        clickCell(8, 3, Qt::LeftButton, Qt::ControlModifier);  // current, and no longer highlighted
+        QCOMPARE(current(), std::make_pair(8, 3));
+        QTest::keyClick(table(), Qt::Key_Up);
+        for (int i = 0; i < 3; ++i) QTest::keyClick(table(), Qt::Key_Down);
+        QCOMPARE(std::make_pair(window->grid().Row(), window->grid().Col()), std::make_pair(10, 3));
+        QCOMPARE(current(), std::make_pair(10, 3));
+        QTest::keyClick(table(), Qt::Key_Delete);
+        QCOMPARE(window->grid().TextMatrix(8, 3), std::string("Pause"));
+        QTest::keyClick(table(), Qt::Key_Left);
+        QCOMPARE(current(), std::make_pair(10, 2));
+    }
+
+    // A click inside a merged run acts on the cell under the pointer; the corner acts as the seconds
+    // column does.
+    void clicksOnAMergedRunAndOnTheCornerReachTheirCells() {
+        window->op.popupChoices = {"M_Pause"};
+        clickSeconds(6);
+        QCOMPARE(table()->columnSpan(5, 0), 3);
+        clickCell(6, 3);
+        QCOMPARE(window->grid().Col(), 3);
+
+        clickCell(9, 2);
+        window->op.log.clear();
+        window->op.popupChoices = {""};
+        QWidget* corner = table()->findChild<QWidget*>("corner");
+        QVERIFY(corner);
+        QTest::mouseClick(corner, Qt::RightButton, {}, QPoint(3, 3));
+        QCOMPARE(window->op.log, std::vector<std::string>{"popup: Popup_Menu"});
+        QCOMPARE(window->state.SelRow[3], std::int16_t{9});
     }
 
     void deleteOnAPauseRowEmptiesIt() {

@@ -2,6 +2,7 @@
 // and a real loopback socket.
 
 #include <QPushButton>
+#include <QTcpServer>
 #include <QtTest>
 #include <chrono>
 
@@ -17,6 +18,39 @@
 
 using namespace halvane;
 using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+// A device on a loopback port that says nothing unless told, and keeps what it receives.
+struct QuietDevice : QObject {
+    QTcpServer server;
+    QList<QTcpSocket*> peers;
+    QByteArray received;
+    Clock::time_point acceptedAt;
+    std::function<void(QTcpSocket&)> onAccept = [](QTcpSocket&) {};
+    QuietDevice() {
+        server.listen(QHostAddress::LocalHost);
+        connect(&server, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket* peer = server.nextPendingConnection();
+            peers.append(peer);
+            acceptedAt = Clock::now();
+            connect(peer, &QTcpSocket::readyRead, this, [this, peer] { received += peer->readAll(); });
+            onAccept(*peer);
+        });
+    }
+    std::string port() const { return std::to_string(server.serverPort()); }
+};
+
+// The console's Wi-Fi link on a real socket, as the console wires it.
+struct ConsoleWifi {
+    testing::ScriptedOperator op;
+    app::QtTcpSocket socket;
+    WifiLink link{socket, op};
+    explicit ConsoleWifi(std::string port) {
+        socket.attach(link);
+        link.ServerIP = "127.0.0.1";
+        link.ServerPort = std::move(port);
+    }
+};
 
 class LinksEndToEndTest : public QObject {
     Q_OBJECT
@@ -58,19 +92,14 @@ class LinksEndToEndTest : public QObject {
     }
 
     void wifiLinkCarriesAHitQueryAndItsReply() {
-        testing::ScriptedOperator op;
-        app::QtTcpSocket socket;
-        WifiLink link(socket, op);
-        socket.attach(link);
-        link.ServerIP = "127.0.0.1";
-        link.ServerPort = sim.places().last().section(':', 1).toStdString();
+        ConsoleWifi console(sim.places().last().section(':', 1).toStdString());
         sim.range().addHit(3);
         sim.range().addHit(3);
 
-        link.EthernetCommand(std::string("\0\xFA\x03", 3), Clock::now());
-        QTRY_COMPARE_WITH_TIMEOUT(link.sock_GetData(), std::string("\xEA\x02", 2), 3000);
-        QVERIFY(op.log.empty());
-        link.EthernetDisconnect();
+        console.link.EthernetCommand(std::string("\0\xFA\x03", 3), Clock::now());
+        QTRY_COMPARE_WITH_TIMEOUT(console.link.sock_GetData(), std::string("\xEA\x02", 2), 3000);
+        QVERIFY(console.op.log.empty());
+        console.link.EthernetDisconnect();
     }
 
     void rangeWindowRegistersAHitOnTheClickedTarget() {
@@ -82,18 +111,51 @@ class LinksEndToEndTest : public QObject {
     }
 
     void aFrameWithNoServerIsToldOnce() {
-        testing::ScriptedOperator op;
-        app::QtTcpSocket socket;
-        WifiLink link(socket, op);
-        socket.attach(link);
-        link.ServerIP = "127.0.0.1";
-        link.ServerPort = "1";  // nothing listens there: refused at once
-        link.EthernetCommand(std::string("\0\xF3\x01", 3), Clock::now());
-        link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
-        QTRY_VERIFY_WITH_TIMEOUT(!link.nextDeadline(), 6000);
-        QCOMPARE(std::count(op.log.begin(), op.log.end(),
+        ConsoleWifi console("1");  // nothing listens there: refused at once
+        console.link.EthernetCommand(std::string("\0\xF3\x01", 3), Clock::now());
+        console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
+        QTRY_VERIFY_WITH_TIMEOUT(!console.link.nextDeadline(), 6000);
+        QCOMPARE(std::count(console.op.log.begin(), console.op.log.end(),
                             std::string("tell: Halvane: Error: ethernet not connected.  Check settings.")),
                  std::ptrdiff_t(1));
+    }
+
+    void framesGoOutAfterTheHelloWaitWhenNoHelloComes() {
+        QuietDevice device;
+        ConsoleWifi console(device.port());
+        console.link.EthernetCommand(std::string("\0\xF3\x01", 3), Clock::now());
+        QTRY_COMPARE_WITH_TIMEOUT(device.received, QByteArray("\0\xF3\x01", 3), 3000);
+        QVERIFY2(Clock::now() - device.acceptedAt >= 150ms, "the frame waited for a hello first");
+        QVERIFY(console.op.log.empty());
+    }
+
+    void aConnectionTheDeviceClosesEndsQuietlyAndTheNextFrameConnectsAgain() {
+        QuietDevice device;
+        device.onAccept = [&](QTcpSocket& peer) {
+            peer.write("*KRV_CONN*");
+            if (device.peers.size() == 1) peer.disconnectFromHost();
+        };
+        ConsoleWifi console(device.port());
+        console.link.EthernetConnect(Clock::now());
+        QTRY_COMPARE_WITH_TIMEOUT(console.link.log(), std::string("*KRV_CONN*\r\n"), 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(console.link.state(), int(TcpSocket::Closed), 3000);
+        QCOMPARE(console.op.log, std::vector<std::string>{});
+
+        console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
+        QTRY_COMPARE_WITH_TIMEOUT(device.received, QByteArray("\0\xF3\x02", 3), 3000);
+        QCOMPARE(device.peers.size(), 2);
+    }
+
+    void aRefusedPortIsToldOnceForABurstAndNothingIsTried() {
+        ConsoleWifi console("99999");
+        console.link.EthernetCommand(std::string("\0\xF3\x01", 3), Clock::now());
+        console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
+        QCOMPARE(console.link.state(), int(TcpSocket::Closed));
+        QTRY_COMPARE_WITH_TIMEOUT(console.op.log.size(), std::size_t(2), 1000);
+        QCOMPARE(
+            console.op.log.front(),
+            std::string(
+                "tell: Halvane: Server Port \"99999\" is not valid: use a whole number from 1 to 65535."));
     }
 };
 

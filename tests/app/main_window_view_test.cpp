@@ -15,6 +15,7 @@
 #include "program_table_view.h"
 
 using namespace halvane;
+using halvane::testing::ScriptedOperator;
 
 class MainWindowViewTest : public QObject {
     Q_OBJECT
@@ -60,6 +61,37 @@ class MainWindowViewTest : public QObject {
         view.runCommand("M_Close");
         QVERIFY(!table->isVisibleTo(&view));
         QCOMPARE(model->rowCount(), 0);
+    }
+
+    // New, Open of a bad file and Add Time each let go of or reshape the grid while a dialog's event loop
+    // may paint the table: every paint must find the grid the model holds at that moment.
+    void dialogsThatPaintWhileTheGridIsReplacedFindTheCurrentGrid() {
+        halvane::testing::Window w;
+        w.state.NumTargets = 3;
+        app::MainWindowView view(w.form);
+        view.resize(900, 600);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        const auto paintThen = [&view](std::function<void(Settings&)> then) {
+            return [&view, then](Settings& d) {
+                view.grab();
+                then(d);
+            };
+        };
+        w.op.settingsScript.push_back(paintThen(ScriptedOperator::typeAndOk("30")));
+        view.runCommand("M_New");
+        w.op.settingsScript.push_back(paintThen(ScriptedOperator::typeAndOk("12")));
+        view.runCommand("M_New");  // the first Program goes while this dialog paints
+        QCOMPARE(view.table()->gridModel()->rowCount(), 13);
+        w.op.settingsScript.push_back(paintThen(ScriptedOperator::typeAndOk("4")));
+        view.runCommand("M_Time");
+        QCOMPARE(view.table()->gridModel()->rowCount(), 5);
+        view.grab();
+        w.op.answers = {Answer::No};  // the new length is a change
+        w.op.settingsScript.push_back(paintThen([](Settings& d) { d.CancelButton(); }));
+        view.runCommand("M_New");
+        QVERIFY(!view.table()->isVisibleTo(&view));
+        QCOMPARE(view.table()->gridModel()->rowCount(), 0);
     }
 
     void closeBoxWithChangesAsksAndCancelKeepsTheWindow() {

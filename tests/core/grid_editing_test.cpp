@@ -1,5 +1,6 @@
 // Clicks, the Delete key and Insert Pause on the Program grid, in both click interfaces.
 
+#include "fault.h"
 #include "program_fixture.h"
 
 namespace halvane {
@@ -108,7 +109,7 @@ TEST_F(GridEditing, SecondsColumnHighlightsTheRowForThePopupsCommands) {
                   std::make_tuple("Pause", colors::Pause, colors::PauseText, align::CenterCenter));
     EXPECT_TRUE(grid().MergeRow(14));
     EXPECT_EQ(grid().MergeCells, 2);
-    EXPECT_FALSE(state.FileChanged) << "Insert Pause is not announced by the save question";
+    EXPECT_TRUE(state.FileChanged) << "Insert Pause is a change Close and Exit ask about";
 
     // Its seconds cell shows no popup; the heading row does nothing.
     op.log.clear();
@@ -124,11 +125,15 @@ TEST_F(GridEditing, DeleteClearsTheHighlightedCellsOrAPauseRow) {
     form.grdInfo_MouseDown(kLeft, kCtrl, 7, 2);
     form.grdInfo_KeyDown(45, 0);  // other keys are ignored
     EXPECT_EQ(column(1, 3, 3), "Foe");
+    EXPECT_FALSE(state.FileChanged);
     form.grdInfo_KeyDown(46, 0);
     EXPECT_EQ(column(1, 3, 4), ". Foe") << "the cell below a deleted one keeps its copy";
     EXPECT_EQ(grid().cellBackColor(3, 1), grid().BackColor);
     EXPECT_EQ(state.SelRow[1] + state.SelRow[2], 0);
-    EXPECT_FALSE(state.FileChanged) << "Delete is not announced by the save question";
+    EXPECT_TRUE(state.FileChanged) << "Delete is a change Close and Exit ask about";
+    state.FileChanged = false;
+    form.grdInfo_KeyDown(46, 0);
+    EXPECT_FALSE(state.FileChanged) << "nothing highlighted, no Pause row: nothing changed";
 
     // With a Pause row current the row is emptied, and the highlights are forgotten, not deleted.
     grid().setRow(9);
@@ -142,6 +147,90 @@ TEST_F(GridEditing, DeleteClearsTheHighlightedCellsOrAPauseRow) {
     EXPECT_TRUE(grid().MergeRow(9)) << "the row's own merge flag stays";
     EXPECT_EQ(column(1, 4, 4), "Foe");
     EXPECT_EQ(state.SelRow[1], 0);
+}
+
+TEST_F(GridEditing, CursorKeysMoveTheCurrentCellThatDeleteActsOn) {
+    enum { PageUp = 33, PageDown, End, Home, Left, Up, Right, Down };
+    // Pause rows at 5 and 8; from (8, 3), Up then Down three times ends on row 10, not on a Pause row.
+    for (int row : {5, 8}) {
+        grid().setRow(row);
+        form.M_Pause();
+    }
+    grid().setRow(8);
+    grid().setCol(3);
+    form.grdInfo_KeyDown(Up, 0);
+    for (int i = 0; i < 3; ++i) form.grdInfo_KeyDown(Down, 0);
+    EXPECT_EQ(std::make_pair(grid().Row(), grid().Col()), std::make_pair(10, 3));
+    form.grdInfo_KeyDown(46, 0);
+    EXPECT_EQ(column(2, 5, 8), "Pause . . Pause") << "Delete empties the row the operator sees";
+    form.grdInfo_KeyDown(Up, 0);
+    form.grdInfo_KeyDown(Up, 0);
+    form.grdInfo_KeyDown(46, 0);
+    EXPECT_EQ(column(2, 5, 8), "Pause . . .");
+
+    // The keys stay inside the data cells of a 4 x 30 Program (rows 1 to 31).
+    // clang-format off
+    const struct { int key, shift, pageRows, row, col; } moves[] = {
+        {Home, 0, 1, 8, 1}, {Left, 0, 1, 8, 1}, {Right, 0, 1, 8, 2}, {End, 0, 1, 8, 4}, {Right, 0, 1, 8, 4},
+        {PageDown, 0, 10, 18, 4}, {PageDown, 0, 10, 28, 4}, {PageDown, 0, 10, 31, 4}, {Down, 0, 1, 31, 4},
+        {Home, 0, 1, 31, 1}, {PageUp, 0, 25, 6, 1}, {PageUp, 0, 25, 1, 1}, {Up, 0, 1, 1, 1},
+        {End, kCtrl, 1, 31, 4}, {Home, kCtrl, 1, 1, 1},
+    };
+    // clang-format on
+    for (const auto& m : moves) {
+        form.grdInfo_KeyDown(m.key, m.shift, m.pageRows);
+        EXPECT_EQ(std::make_pair(grid().Row(), grid().Col()), std::make_pair(m.row, m.col))
+            << "move " << &m - moves;
+    }
+}
+
+TEST_F(GridEditing, AShorterProgramForgetsHighlightsPastItsEnd) {
+    // Right-click interface: a highlight in row 31, then Add Time down to 10 seconds.
+    form.grdInfo_MouseDown(kLeft, kCtrl, 31, 1);
+    form.grdInfo_MouseDown(kLeft, kCtrl, 9, 2);
+    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("10"));
+    form.M_Time();
+    EXPECT_EQ(grid().Rows(), 12);
+    EXPECT_EQ(state.SelRow[1], 0);
+    EXPECT_EQ(state.SelRow[2], 9) << "a highlight the shorter Program still has stays";
+    EXPECT_TRUE(state.FileChanged) << "a new length is a change Close and Exit ask about";
+    faceTimeChoosesFriend();
+    form.grdInfo_MouseDown(kRight, 0, 3, 3);
+    EXPECT_EQ(column(2, 9, 9), "Friend");
+    EXPECT_EQ(column(1, 1, 11), ". . . . . . . . . . .");
+    EXPECT_EQ(std::count_if(op.log.begin(), op.log.end(), [](auto& l) { return l.starts_with("tell"); }), 0);
+
+    // The same length again changes nothing.
+    state.FileChanged = false;
+    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("10"));
+    form.M_Time();
+    EXPECT_FALSE(state.FileChanged);
+}
+
+TEST_F(GridEditing, ATimeThatIsNoSixteenBitNumberIsRefusedBeforeAnyCellIsWritten) {
+    form.grdInfo_MouseDown(kLeft, kCtrl, 4, 1);
+    form.grdInfo_MouseDown(kLeft, kCtrl, 6, 2);
+    Face_time dialog(state, grid());
+    dialog.setFirst(Face_time::OptFoe);
+    dialog.Text1 = "-40000";
+    EXPECT_THROW(dialog.OKButton(), Fault);
+    EXPECT_FALSE(dialog.closed());
+    EXPECT_EQ(column(1, 4, 4) + column(2, 6, 6), "..");
+    EXPECT_FALSE(state.FileChanged);
+}
+
+TEST_F(GridEditing, TheCornerCellHighlightsTheCurrentRowAndAProgramWithoutColumnsIgnoresKeys) {
+    form.grdInfo_MouseDown(kLeft, 0, 7, 2);
+    form.grdInfo_MouseDown(kRight, 0, 0, 0);
+    EXPECT_EQ(op.log.back(), "popup: Popup_Menu");
+    for (int col = 1; col <= 4; ++col) EXPECT_EQ(state.SelRow[static_cast<std::size_t>(col)], 7);
+
+    testing::Window empty;
+    empty.newProgram(0, "5");
+    ASSERT_EQ(empty.grid().Cols(), 1);
+    for (int key : {46, 37, 40, 35}) empty.form.grdInfo_KeyDown(key, 0);
+    EXPECT_TRUE(empty.op.log.empty());
+    EXPECT_FALSE(empty.state.FileChanged);
 }
 
 }  // namespace

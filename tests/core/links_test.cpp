@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "authoring/shared_state.h"
 #include "fake_links.h"
 #include "links/com_port.h"
@@ -114,48 +116,78 @@ TEST(PortNames, DefaultsAndOverridesFromTheConfiguration) {
     EXPECT_EQ(names.device(2), "/dev/pts/9");
 }
 
-struct Wifi : ::testing::Test {
+// A link on a socket in memory, and what it told the operator.
+struct WifiRig {
     testing::FakeTcpSocket socket;
     testing::ScriptedOperator op;
     WifiLink link{socket, op};
-    void SetUp() override {
+    explicit WifiRig(std::string port = "31689") {
         link.ServerIP = "169.254.10.1";
-        link.ServerPort = "31689";
+        link.ServerPort = std::move(port);
     }
 };
+struct Wifi : ::testing::Test, WifiRig {};
 
-TEST_F(Wifi, FramesWaitForTheConnectionAndABurstThatCannotConnectIsToldOnce) {
-    link.EthernetCommand(std::string("\0\xF3\x05", 3), t0);
-    link.EthernetCommand(std::string("\0\xF0\x06", 3), t0 + 1ms);
-    EXPECT_EQ(socket.connects, 1);
-    EXPECT_EQ(socket.host + ":" + std::to_string(socket.port), "169.254.10.1:31689");
-    socket.current = TcpSocket::Connected;
-    link.poll(t0 + 20ms);
-    EXPECT_EQ(socket.sent, "") << "a fresh connection's hello comes before any frame";
-    link.onData(WifiLink::kHello);
-    EXPECT_EQ(socket.sent, std::string("\0\xF3\x05\0\xF0\x06", 6));
+const std::string kFrame("\0\xF3\x05", 3);
+const std::string kNotConnected = "tell: Halvane: Error: ethernet not connected.  Check settings.";
 
-    socket.current = TcpSocket::Closed;
-    socket.sent.clear();
-    for (int i = 0; i < 3; ++i) link.EthernetCommand(std::string("\0\xFA\x01", 3), t0 + 1s);
-    link.poll(t0 + 5999ms);
-    EXPECT_TRUE(op.log.empty()) << "still connecting";
-    link.poll(t0 + 6s);
-    EXPECT_EQ(op.log,
-              std::vector<std::string>{"tell: Halvane: Error: ethernet not connected.  Check settings."});
-    EXPECT_TRUE(socket.sent.empty());
+TEST(WifiHello, FramesOfAFreshConnectionWaitForTheHelloOrItsDeadlineWhileTheConnectionLasts) {
+    // clang-format off
+    struct Case { const char* name; std::function<void(WifiRig&)> at100ms;
+                  std::string sentBy219ms, sentBy220ms; std::vector<std::string> told; };
+    const Case cases[] = {
+        {"no hello: the frames go when the wait ends", [](WifiRig&) {}, "", kFrame, {}},
+        {"the hello ends the wait", [](WifiRig& r) { r.link.onData(WifiLink::kHello); }, kFrame, kFrame, {}},
+        {"a connect by the button keeps the wait",
+         [](WifiRig& r) { r.link.EthernetConnect(t0 + 100ms); }, "", kFrame, {}},
+        {"the connection drops: the frames are dropped and told",
+         [](WifiRig& r) { r.socket.current = TcpSocket::Closed; r.link.poll(t0 + 100ms); }, "", "",
+         {kNotConnected}},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        WifiRig r;
+        r.link.EthernetCommand(kFrame, t0);
+        EXPECT_EQ(r.link.nextDeadline(), t0 + WifiLink::kConnectBudget) << c.name;
+        r.socket.current = TcpSocket::Connected;
+        r.link.poll(t0 + 20ms);
+        EXPECT_EQ(r.link.nextDeadline(), t0 + 220ms) << c.name << ": nothing else wakes the link";
+        c.at100ms(r);
+        r.link.poll(t0 + 219ms);
+        EXPECT_EQ(r.socket.sent, c.sentBy219ms) << c.name;
+        r.link.poll(t0 + 220ms);
+        EXPECT_EQ(r.socket.sent, c.sentBy220ms) << c.name;
+        EXPECT_EQ(r.op.log, c.told) << c.name;
+        EXPECT_EQ(r.link.nextDeadline(), std::nullopt) << c.name;
+    }
 }
 
-TEST_F(Wifi, APortTextThatIsNoNumberIsToldAfterTheWaitAndTheOldPortIsTried) {
-    link.EthernetConnect(t0);
-    link.poll(t0 + 5s);
-    EXPECT_TRUE(op.log.empty()) << "a plain time-out of a connect is silent";
-    link.ServerPort = "31x";
-    link.EthernetConnect(t0 + 6s);
-    EXPECT_EQ(socket.connects, 2);
-    EXPECT_EQ(socket.port, 31689);
-    link.poll(t0 + 11s);
-    EXPECT_EQ(op.log, std::vector<std::string>{"tell: Halvane: Ethernet error: Not connected"});
+TEST(WifiPort, APortThatIsNoWholeNumberFrom1To65535IsRefusedBeforeAnyConnect) {
+    // clang-format off
+    struct Case { const char* text; std::uint16_t connectsTo; };  // 0: refused
+    const Case cases[] = {{"abc", 0}, {"", 0}, {"99999", 0}, {"0", 0}, {"1.5", 0}, {"-1", 0}, {"80x", 0},
+                          {"1", 1}, {"65535", 65535}, {" 31689 ", 31689}};
+    // clang-format on
+    for (const auto& c : cases) {
+        WifiRig r(c.text);
+        r.socket.port = 9;  // the port of an earlier connect, which a refused text must not reuse
+        r.link.EthernetCommand(kFrame, t0);
+        r.link.EthernetCommand(kFrame, t0);  // a burst asks once
+        std::vector<std::string> told{kNotConnected};
+        if (c.connectsTo == 0)
+            told.insert(told.begin(), "tell: Halvane: Server Port \"" + std::string(c.text) +
+                                          "\" is not valid: use a whole number from 1 to 65535.");
+        r.link.poll(t0);
+        EXPECT_EQ(r.op.log.size(), c.connectsTo == 0 ? 2u : 0u) << c.text << ": a refusal does not wait";
+        r.link.poll(t0 + WifiLink::kConnectBudget - 1ms);
+        EXPECT_EQ(r.op.log.size(), c.connectsTo == 0 ? 2u : 0u) << c.text;
+        r.link.poll(t0 + WifiLink::kConnectBudget);
+        EXPECT_EQ(r.op.log, told) << c.text << ": a plain time-out of the connect itself is silent";
+        EXPECT_EQ(r.socket.connects, c.connectsTo == 0 ? 0 : 1) << c.text;
+        EXPECT_EQ(r.socket.host, c.connectsTo == 0 ? "" : "169.254.10.1") << c.text;
+        EXPECT_EQ(r.socket.port, c.connectsTo == 0 ? 9 : c.connectsTo) << c.text;
+        EXPECT_TRUE(r.socket.sent.empty()) << c.text;
+    }
 }
 
 TEST_F(Wifi, TheHelloIsDroppedOnlyWhenItComesAloneAndEverythingIsLogged) {
@@ -166,8 +198,8 @@ TEST_F(Wifi, TheHelloIsDroppedOnlyWhenItComesAloneAndEverythingIsLogged) {
     link.onData("*KRV_CONN*\xEA");
     EXPECT_EQ(link.sock_GetData(), "\xEA\x07*KRV_CONN*\xEA");
     EXPECT_EQ(link.log(), "*KRV_CONN*\r\n\xEA\x07\r\n*KRV_CONN*\xEA\r\n");
-    link.onError(10053, "Connection aborted");
-    EXPECT_EQ(op.log.back(), "tell: Halvane: Socket Error 10053: Connection aborted");
+    link.onError(10054, "Connection reset by peer");
+    EXPECT_EQ(op.log.back(), "tell: Halvane: Socket Error 10054: Connection reset by peer");
     EXPECT_EQ(socket.current, TcpSocket::Closed);
 }
 

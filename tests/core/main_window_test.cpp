@@ -159,19 +159,54 @@ TEST_F(MainWindow, CloseAsksOnlyWhenChangedAndEachAnswerDoesItsOwnThing) {
     EXPECT_EQ(form.Caption(), "LM47 Programer ") << "Close leaves the title alone";
 }
 
-TEST_F(MainWindow, OpenTellsWhereAFileIsBadThenLoadsAndSaveWritesBackToTheSameFile) {
-    testing::writeBytes(dir.file("bad.hvn"), "\"Target\",2\r\n\"Groups\",\"zero\"\r\n");
-    op.files = {file("bad.hvn"), ChosenFile{kData + "/mixed.hvn", "mixed.hvn"}};
-    form.M_Open();
-    ASSERT_EQ(op.log.size(), 2u);
-    EXPECT_EQ(op.log[0], kOpenDialog);
-    EXPECT_NE(op.log[1].find("bad.hvn\" at line 2"), std::string::npos) << op.log[1];
-    EXPECT_EQ(form.MousePointer(), 0);
-    EXPECT_EQ(programMenus(), 3) << "the menus were enabled before the failure";
+TEST_F(MainWindow, AFailedOpenTellsWhereAndLeavesTheProgramItsSettingsAndItsFileAsTheyWere) {
+    newFile("5");
+    changeSomething();
+    state.FilePath = dir.file("mine.hvn");
+    state.FileTitle = "mine.hvn";
+    form.M_Save();
+    form.grid()->setTextMatrix(2, 2, "Edge");
+    state.FileChanged = true;
+    const std::string caption = form.Caption();
+    const std::string good = readBytes(kData + "/mixed.hvn");
+    // A truncated Program, a header of 300 groups (no grid can hold it), a number that is no number.
+    const std::pair<const char*, std::string> bad[] = {
+        {"short.hvn", good.substr(0, good.size() / 2)},
+        {"groups.hvn", "\"Target\",2\r\n\"Groups\",300\r\n1,1\r\n2,1\r\n\"Seconds\",3\r\n"},
+        {"zero.hvn", "\"Target\",2\r\n\"Groups\",\"zero\"\r\n"},
+    };
+    for (const auto& [name, content] : bad) {
+        SCOPED_TRACE(name);
+        testing::writeBytes(dir.file(name), content);
+        op.log.clear();
+        op.answers = {Answer::No};
+        op.files = {file(name)};
+        form.M_Open();
+        ASSERT_EQ(op.log.size(), 3u);
+        EXPECT_NE(op.log[2].find(std::string(name) + "\" at line"), std::string::npos) << op.log[2];
+        EXPECT_EQ(form.MousePointer(), 0);
+        EXPECT_EQ(form.Caption(), caption);
+        EXPECT_EQ(state.FilePath, dir.file("mine.hvn"));
+        EXPECT_TRUE(state.FileChanged);
+        EXPECT_EQ(std::make_tuple(state.NumTargets, state.NumGroups, state.UseGroups, state.NumSeconds),
+                  std::make_tuple(std::int16_t{4}, std::int16_t{0}, false, std::int16_t{5}));
+        EXPECT_EQ(form.grid()->TextMatrix(2, 2), "Edge");
+    }
+    // Save still writes to the file the Program came from, never to the broken one.
+    form.M_Save();
+    EXPECT_NE(readBytes(dir.file("mine.hvn")).find("\"Edge\""), std::string::npos);
+    EXPECT_EQ(readBytes(dir.file("short.hvn")), good.substr(0, good.size() / 2));
+    // New and Close work as before the failures.
+    op.log.clear();
+    newFile("7");
+    EXPECT_EQ(form.grid()->Rows(), 9);
+    EXPECT_EQ(op.log.size(), 1u);
 
-    form.M_Open();  // a later command still works
+    op.files = {ChosenFile{kData + "/mixed.hvn", "mixed.hvn"}};
+    form.M_Open();
     EXPECT_EQ(form.Caption(), "LM47 Programer - mixed.hvn");
     EXPECT_EQ(form.grid()->TextMatrix(3, 2), "Wave");
+    EXPECT_EQ(programMenus(), 3);
 
     // Save As to a new name, then Save reuses it without a dialog.
     op.files = {file("copy.hvn")};
@@ -182,6 +217,25 @@ TEST_F(MainWindow, OpenTellsWhereAFileIsBadThenLoadsAndSaveWritesBackToTheSameFi
     form.M_Save();
     EXPECT_TRUE(op.log.empty());
     EXPECT_NE(readBytes(dir.file("copy.hvn")).find("\"Down\"\r\n\"\"\r\n\"Friend\""), std::string::npos);
+}
+
+TEST_F(MainWindow, ANameWithoutExtensionIsSavedAsAProgramFile) {
+    newFile("3");
+    changeSomething();
+    op.files = {file("plain"), file("range.v2")};
+    form.M_Save_As();
+    EXPECT_EQ(state.FilePath, dir.file("plain.hvn"));
+    EXPECT_EQ(form.Caption(), "LM47 Programer - plain.hvn");
+    EXPECT_TRUE(std::filesystem::exists(dir.file("plain.hvn")));
+    EXPECT_FALSE(std::filesystem::exists(dir.file("plain")));
+    form.M_Save_As();
+    EXPECT_TRUE(std::filesystem::exists(dir.file("range.v2"))) << "a name with an extension is kept";
+    // The save question's dialog does the same.
+    changeSomething();
+    op.answers = {Answer::Yes};
+    op.files = {file("closing")};
+    form.M_Close();
+    EXPECT_TRUE(std::filesystem::exists(dir.file("closing.hvn")));
 }
 
 TEST_F(MainWindow, OpenWithChangesSavesThroughSave) {

@@ -18,14 +18,28 @@ GuardedApplication* GuardedApplication::instance() {
 bool GuardedApplication::notify(QObject* receiver, QEvent* event) {
     try {
         return QApplication::notify(receiver, event);
+    } catch (...) {
+        caught(std::current_exception());
+    }
+    return false;
+}
+
+void GuardedApplication::caughtElsewhere(std::exception_ptr error) {
+    GuardedApplication* guard = instance();
+    if (!guard) std::rethrow_exception(error);
+    guard->caught(error);
+}
+
+void GuardedApplication::caught(std::exception_ptr error) {
+    try {
+        std::rethrow_exception(error);
     } catch (const Fault& fault) {
         caughtException(fault.what(), false);
-    } catch (const std::exception& error) {
-        caughtException(error.what(), true);
+    } catch (const std::exception& other) {
+        caughtException(other.what(), true);
     } catch (...) {
         caughtException("an unknown error", true);
     }
-    return false;
 }
 
 // The message waits for the next turn of the event loop: the fault may have come from a paint or a
@@ -47,9 +61,9 @@ void GuardedApplication::report() {
     while (!m_pending.empty()) {
         const auto [text, internal] = m_pending.front();
         m_pending.erase(m_pending.begin());
-        const std::string shown =
-            internal ? "The command was stopped by an internal error: " + text + "\nThe Program is kept as it stood."
-                     : text;
+        const std::string shown = internal ? "The command was stopped by an internal error: " + text +
+                                                 "\nThe Program is kept as it stood."
+                                           : text;
         if (m_reporter)
             m_reporter(shown, internal);
         else

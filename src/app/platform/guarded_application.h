@@ -4,6 +4,7 @@
 // it stood, and the operator is told; the windows and the open Program stay as they are.
 
 #include <QApplication>
+#include <exception>
 #include <functional>
 #include <string>
 #include <utility>
@@ -17,6 +18,18 @@ class GuardedApplication : public QApplication {
     GuardedApplication(int& argc, char** argv);
 
     bool notify(QObject* receiver, QEvent* event) override;
+
+    // Runs the model's side of an operator's event. What it lets escape is caught here, before it can
+    // unwind through Qt's own frames, and told as notify() tells it; outside the console's application
+    // object (a plain test) it goes on up.
+    template <class Work>
+    static void handle(Work&& work) {
+        try {
+            work();
+        } catch (...) {
+            caughtElsewhere(std::current_exception());
+        }
+    }
 
     // How the operator is told (a critical message box by default); `internal` is true for an
     // exception that is not one of the console's own faults.
@@ -33,6 +46,9 @@ class GuardedApplication : public QApplication {
     static GuardedApplication* instance();
 
   private:
+    // Rethrows when there is no guard to tell it.
+    static void caughtElsewhere(std::exception_ptr error);
+    void caught(std::exception_ptr error);
     void caughtException(const std::string& text, bool internal);
     void report();
 

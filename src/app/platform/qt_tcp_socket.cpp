@@ -16,8 +16,13 @@ QtTcpSocket::QtTcpSocket(QObject* parent) : QObject(parent) {
         emit dataArrived();
     });
     connect(&m_socket, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
-        m_failed = true;
-        if (m_link) m_link->onError(errorNumber(error), m_socket.errorString().toStdString());
+        if (error == QAbstractSocket::RemoteHostClosedError) {
+            // The device hung up in an orderly way: not a fault. The next frame finds the link closed.
+            if (m_link) m_link->onClosedByPeer();
+        } else {
+            m_failed = true;
+            if (m_link) m_link->onError(errorNumber(error), m_socket.errorString().toStdString());
+        }
         pollLink();
     });
 }
@@ -30,14 +35,14 @@ QtTcpSocket::~QtTcpSocket() {
 
 void QtTcpSocket::attach(WifiLink& link) {
     m_link = &link;
+    // Windows call the link too (a frame, a connect); whatever the call, the timer follows the link.
+    link.setDeadlineMoved([this] { armDeadline(); });
 }
 
 int QtTcpSocket::errorNumber(QAbstractSocket::SocketError error) {
     switch (error) {
         case QAbstractSocket::ConnectionRefusedError:
             return 10061;
-        case QAbstractSocket::RemoteHostClosedError:
-            return 10053;
         case QAbstractSocket::HostNotFoundError:
             return 11001;
         case QAbstractSocket::SocketTimeoutError:
@@ -76,7 +81,6 @@ void QtTcpSocket::connectTo(const std::string& host, std::uint16_t port) {
     m_socket.abort();
     m_socket.connectToHost(QString::fromStdString(host), port);
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
-    armDeadline();  // the link's connect wait has just begun
 }
 
 void QtTcpSocket::close() {
@@ -91,7 +95,6 @@ void QtTcpSocket::send(std::string_view bytes) {
 void QtTcpSocket::pollLink() {
     if (!m_link) return;
     m_link->poll(std::chrono::steady_clock::now());
-    armDeadline();
 }
 
 void QtTcpSocket::armDeadline() {

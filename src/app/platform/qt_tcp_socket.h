@@ -19,10 +19,9 @@ class QtTcpSocket : public QObject, public TcpSocket {
   public:
     explicit QtTcpSocket(QObject* parent = nullptr);
     ~QtTcpSocket() override;
-    // The link this socket reports to; its deadlines are kept from then on.
+    // The link this socket reports to; its deadlines are kept from then on. The link must not
+    // outlive the socket.
     void attach(WifiLink& link);
-    // Runs the link's wait after a call that may have started one.
-    void armDeadline();
 
     int state() const override;
     void connectTo(const std::string& host, std::uint16_t port) override;
@@ -38,6 +37,8 @@ class QtTcpSocket : public QObject, public TcpSocket {
 
   private:
     void pollLink();
+    // One single-shot timer, at the link's earliest deadline.
+    void armDeadline();
     QTcpSocket m_socket;
     QTimer m_deadline;
     WifiLink* m_link = nullptr;

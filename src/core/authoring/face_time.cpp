@@ -35,6 +35,13 @@ void Face_time::OKButton() {
         m_closed = true;
         return;
     }
+    // A time that is no 16-bit number is refused before the first cell is written.
+    const double t = text::Val(Text1);
+    for (int col = 1; col < m_grid.Cols(); ++col) {
+        const int r = m_state.SelRow[static_cast<std::size_t>(col)];
+        if (r >= 1 && r + t < m_state.NumSeconds + 2 && !text::toInt16(t))
+            throw Fault("The time \"" + Text1 + "\" is not a number of seconds from -32768 to 32767.");
+    }
     bool stopped = false;
     for (int col = 1; col < m_grid.Cols() && !stopped; ++col)
         if (m_state.SelRow[static_cast<std::size_t>(col)] >= 1) applyToColumn(col, c1, c2, stopped);
@@ -47,9 +54,7 @@ void Face_time::applyToColumn(int col, Color c1, Color c2, bool& stopped) {
     m_grid.setCol(col);
     const double t = text::Val(Text1);
     if (r + t < m_state.NumSeconds + 2) {
-        const auto seconds = text::toInt16(t);
-        if (!seconds) throw Fault("The time \"" + Text1 + "\" is out of range.");
-        FaceSeconds = *seconds;
+        FaceSeconds = *text::toInt16(t);
     } else {
         FaceSeconds = static_cast<std::int16_t>(m_state.NumSeconds + 2 - r);
     }

@@ -1,5 +1,7 @@
 // Form1's handlers of the Program grid: the highlight, clicks, the Delete key, Insert Pause.
 
+#include <algorithm>
+
 #include "authoring/face_time.h"
 #include "authoring/main_window.h"
 #include "fault.h"
@@ -11,6 +13,48 @@ constexpr int kLeft = 1;
 constexpr int kRight = 2;
 constexpr int kCtrl = 2;
 constexpr int kDeleteKey = 46;
+
+// The control's own answer to the cursor keys: the current cell moves within the data cells.
+void moveCurrentCell(ProgramGrid& grid, int keyCode, int shift, int pageRows) {
+    enum { PageUp = 33, PageDown, End, Home, Left, Up, Right, Down };
+    const bool ctrl = shift & kCtrl;
+    const int lastRow = grid.Rows() - 1;
+    const int lastCol = grid.Cols() - 1;
+    int row = std::clamp(grid.Row(), 1, lastRow);
+    int col = std::clamp(grid.Col(), 1, lastCol);
+    switch (keyCode) {
+        case Up:
+            row -= 1;
+            break;
+        case Down:
+            row += 1;
+            break;
+        case Left:
+            col -= 1;
+            break;
+        case Right:
+            col += 1;
+            break;
+        case PageUp:
+            row -= std::max(pageRows, 1);
+            break;
+        case PageDown:
+            row += std::max(pageRows, 1);
+            break;
+        case Home:
+            col = 1;
+            if (ctrl) row = 1;
+            break;
+        case End:
+            col = lastCol;
+            if (ctrl) row = lastRow;
+            break;
+        default:
+            return;
+    }
+    grid.setRow(std::clamp(row, 1, lastRow));
+    grid.setCol(std::clamp(col, 1, lastCol));
+}
 }  // namespace
 
 // Puts the cell of this column back from the highlight to the colour of its word.
@@ -103,35 +147,41 @@ void Form1::M_Face() {
     m_operator.showModal(dialog);
 }
 
-void Form1::grdInfo_KeyDown(int keyCode, int /*shift*/) {
-    if (keyCode != kDeleteKey || !m_grid) return;
+void Form1::grdInfo_KeyDown(int keyCode, int shift, int pageRows) {
+    // A Program with no data column has no cell to move to or to clear.
+    if (!m_grid || m_grid->Cols() < 2 || m_grid->Rows() < 2) return;
     ProgramGrid& grid = *m_grid;
-    try {
-        grid.setCol(1);
-        if (grid.Text() == words::Pause) {
-            for (int col = 1; col < grid.Cols(); ++col) {
-                grid.setCol(col);
-                grid.setText("");
-                grid.setCellBackColor(grid.BackColor);
-                m_state.SelRow[static_cast<std::size_t>(col)] = 0;
-                grid.setCellForeColor(0);
-                grid.setCellAlignment(align::LeftCenter);
-                grid.MergeCells = 0;
-            }
-        }
+    if (keyCode != kDeleteKey) {
+        moveCurrentCell(grid, keyCode, shift, pageRows);
+        return;
+    }
+    bool changed = false;
+    grid.setCol(1);
+    if (grid.Text() == words::Pause) {
         for (int col = 1; col < grid.Cols(); ++col) {
             grid.setCol(col);
-            auto& sel = m_state.SelRow[static_cast<std::size_t>(col)];
-            if (sel > 0) {
-                grid.setRow(sel);
-                grid.setText("");
-                grid.setCellBackColor(grid.BackColor);
-                sel = 0;
-            }
+            grid.setText("");
+            grid.setCellBackColor(grid.BackColor);
+            m_state.SelRow[static_cast<std::size_t>(col)] = 0;
+            grid.setCellForeColor(0);
+            grid.setCellAlignment(align::LeftCenter);
+            grid.MergeCells = 0;
         }
-    } catch (const Fault& fault) {
-        tell(fault.what());
+        changed = true;
     }
+    for (int col = 1; col < grid.Cols(); ++col) {
+        grid.setCol(col);
+        auto& sel = m_state.SelRow[static_cast<std::size_t>(col)];
+        if (sel > 0) {
+            grid.setRow(sel);
+            changed = changed || !grid.Text().empty() || grid.CellBackColor() != grid.BackColor;
+            grid.setText("");
+            grid.setCellBackColor(grid.BackColor);
+            sel = 0;
+        }
+    }
+    // Deleting changes the Program: Close and Exit must ask before the change is lost.
+    if (changed) m_state.FileChanged = true;
 }
 
 void Form1::M_Pause() {
@@ -152,6 +202,7 @@ void Form1::M_Pause() {
         grid.setCellAlignment(align::CenterCenter);
     }
     grid.setMergeRow(row, true);
+    m_state.FileChanged = true;
 }
 
 }  // namespace halvane

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
 
 #include "authoring/about_box.h"
 #include "authoring/grid_setup.h"
@@ -162,7 +163,7 @@ void Form1::guarded(void (Form1::*command)()) {
         (this->*command)();
     } catch (const Fault& fault) {
         m_operator.tell(fault.what(), kAppTitle);
-        ++m_gridGeneration;
+        gridReshaped();
     }
 }
 
@@ -177,26 +178,50 @@ void Form1::ClearSelectionRows() {
 }
 
 ProgramGrid& Form1::createGrid() {
-    m_grid = std::make_unique<ProgramGrid>();
-    m_state.GridLoaded = true;
-    fitGrid();
-    ++m_gridGeneration;
+    installGrid(std::make_unique<ProgramGrid>());
     return *m_grid;
 }
 
+// The old grid lives until the views have let go of it.
+void Form1::installGrid(std::unique_ptr<ProgramGrid> grid) {
+    const std::unique_ptr<ProgramGrid> old = std::exchange(m_grid, std::move(grid));
+    m_state.GridLoaded = m_grid != nullptr;
+    if (m_grid) fitGrid();
+    gridReshaped();
+}
+
 void Form1::destroyGrid() {
-    m_grid.reset();
-    m_state.GridLoaded = false;
+    installGrid(nullptr);
+}
+
+void Form1::gridReshaped() {
+    const int rows = m_grid ? m_grid->Rows() : 0;
+    const int cols = m_grid ? m_grid->Cols() : 0;
+    for (int col = 1; col <= SharedState::kMaxTargets; ++col) {
+        auto& sel = m_state.SelRow[static_cast<std::size_t>(col)];
+        if (col >= cols || sel >= rows) sel = 0;
+    }
     ++m_gridGeneration;
+    if (m_gridObserver) m_gridObserver();
 }
 
 Answer Form1::askSaveChanges() {
     return m_operator.ask(kSavePrompt, kAppTitle, Buttons::YesNoCancel);
 }
 
+// A name typed without an extension gets the Programs' own, so that the Open dialog lists the file.
+std::optional<ChosenFile> Form1::chooseProgramFile(const FileDialogSetup& setup) {
+    auto chosen = m_operator.chooseSaveFile(setup);
+    if (chosen && !std::filesystem::path(chosen->fileName).has_extension()) {
+        chosen->fileName += ".hvn";
+        chosen->fileTitle += ".hvn";
+    }
+    return chosen;
+}
+
 // Yes at the question of New, Close, Exit and the close box: always the dialog, FileTitle untouched.
 Form1::SaveOutcome Form1::saveFromPrompt() {
-    const auto chosen = m_operator.chooseSaveFile({kPromptFilter, 2});
+    const auto chosen = chooseProgramFile({kPromptFilter, 2});
     if (!chosen) return SaveOutcome::Cancelled;
     m_state.FilePath = chosen->fileName;
     return SaveProgram() ? SaveOutcome::Saved : SaveOutcome::Failed;
@@ -208,7 +233,7 @@ Form1::SaveOutcome Form1::saveWithDialog(bool alwaysAsk) {
         return SaveOutcome::Failed;
     }
     if (alwaysAsk || m_state.FilePath.empty()) {
-        const auto chosen = m_operator.chooseSaveFile({kProgramFilter, 1});
+        const auto chosen = chooseProgramFile({kProgramFilter, 1});
         if (!chosen) return SaveOutcome::Cancelled;
         m_state.FilePath = chosen->fileName;
         m_state.FileTitle = chosen->fileTitle;
@@ -235,27 +260,27 @@ bool Form1::SaveProgram() {
     return true;
 }
 
-void Form1::LoadProgram() {
-    ProgramLoadHost host;
-    host.enableProgramMenus = [this] { setProgramMenusEnabled(true); };
-    host.recreateGrid = [this]() -> ProgramGrid& {
-        if (m_state.GridLoaded) destroyGrid();
-        ProgramGrid& grid = createGrid();
-        SetupGrid(grid, m_state);
-        grid.Visible = true;
-        return grid;
-    };
+bool Form1::LoadProgram(const ChosenFile& file) {
+    SharedState loaded = m_state;
+    loaded.FilePath = file.fileName;
+    std::unique_ptr<ProgramGrid> grid;
+    ProgramLoadHost host = standaloneHost(loaded, grid);
     m_mousePointer = 13;
     m_operator.setBusy(true);
-    const auto error = readProgramFile(m_state, host);
+    const auto error = readProgramFile(loaded, host);
     m_mousePointer = 0;
     m_operator.setBusy(false);
-    ++m_gridGeneration;
     if (error) {
         m_operator.tell(error->message(), kAppTitle);
-        return;
+        return false;
     }
+    loaded.FileTitle = file.fileTitle;
+    loaded.FileChanged = false;
+    m_state = loaded;
+    installGrid(std::move(grid));
+    setProgramMenusEnabled(true);
     m_caption = kLoadedCaption + m_state.FileTitle;
+    return true;
 }
 
 void Form1::M_New() {
@@ -285,8 +310,9 @@ void Form1::showProgramSetup() {
     m_operator.showModal(dialog);
     const auto seconds = dialog.result();
     if (!seconds) return;
-    m_state.NumSeconds = *seconds;
     const bool created = !m_state.GridLoaded || !m_grid;
+    const int rowsBefore = created ? 0 : m_grid->Rows();
+    m_state.NumSeconds = *seconds;
     if (created) createGrid();
     fitGrid();
     try {
@@ -297,7 +323,9 @@ void Form1::showProgramSetup() {
         return;
     }
     m_grid->Visible = true;
-    ++m_gridGeneration;
+    // A new length changes the Program as any edit does: Close and Exit ask before it is lost.
+    if (!created && m_grid->Rows() != rowsBefore) m_state.FileChanged = true;
+    gridReshaped();
     setProgramMenusEnabled(true);
 }
 
@@ -310,9 +338,7 @@ void Form1::M_Open() {
     }
     const auto chosen = m_operator.chooseOpenFile({kProgramFilter, 1});
     if (!chosen) return;
-    m_state.FilePath = chosen->fileName;
-    m_state.FileTitle = chosen->fileTitle;
-    LoadProgram();
+    LoadProgram(*chosen);
 }
 
 void Form1::M_Save() {
@@ -373,7 +399,7 @@ void Form1::M_TargetSetup() {
     m_operator.showModal(dialog);
     // With "True" and LM Series the range layout window follows here, once the range view exists.
     applyVisibility(true);
-    ++m_gridGeneration;
+    gridReshaped();
 }
 
 void Form1::M_Ethernet() {

@@ -1,6 +1,7 @@
 #pragma once
 // Form1, the main window: its menus and their rules, the Program grid it holds, and the File commands.
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -61,7 +62,9 @@ class Form1 {
     // The grid's events and the popup's commands. Buttons: 1 left, 2 right, 4 middle; shift: 1 Shift,
     // 2 Ctrl, 4 Alt. The mouse row and column are the grid cell under the pointer.
     void grdInfo_MouseDown(int button, int shift, int mouseRow, int mouseCol);
-    void grdInfo_KeyDown(int keyCode, int shift);
+    // Every key on the grid. The arrow, Page, Home and End keys move the current cell, as the control
+    // itself does (`pageRows` rows a page); Delete (46) clears.
+    void grdInfo_KeyDown(int keyCode, int shift, int pageRows = 1);
     void M_Face();
     void M_Pause();
     void ClearSelection();
@@ -78,8 +81,11 @@ class Form1 {
     WindowPlacement& placement() { return m_placement; }
     int MousePointer() const { return m_mousePointer; }
     Ending ending() const { return m_ending; }
-    // Counts every change of the grid's shape or contents, so a view knows when to read it again.
+    // Counts every replacement or change of shape of the grid, so a view knows when to read it again.
     unsigned gridGeneration() const { return m_gridGeneration; }
+    // Told at once whenever the grid is replaced, removed or changes its shape, before anything else
+    // can run: a view drops what it holds of the old grid there.
+    void setGridObserver(std::function<void()> observer) { m_gridObserver = std::move(observer); }
 
     // Public members other windows use.
     bool ClickedBefore = false;
@@ -91,7 +97,11 @@ class Form1 {
     // The Save dialog of the save questions (all files, FilterIndex 2), then SaveProgram.
     SaveOutcome saveFromPrompt();
     void destroyGrid();
-    void LoadProgram();
+    // The grid changed its shape: highlights past its end go, and the views are told.
+    void gridReshaped();
+    // Reads `file` into a new grid. Only a load that succeeds replaces the Program: a failed one leaves
+    // the grid, the settings, the file name and the title as they were, and tells why.
+    bool LoadProgram(const ChosenFile& file);
     bool SaveProgram();
     void ClearSelectionRows();
     void setProgramMenusEnabled(bool enabled);
@@ -110,6 +120,8 @@ class Form1 {
     void NewProgram();
     void showProgramSetup();
     ProgramGrid& createGrid();
+    void installGrid(std::unique_ptr<ProgramGrid> grid);
+    std::optional<ChosenFile> chooseProgramFile(const FileDialogSetup& setup);
     void plainClick();
     void ctrlClick();
     void faceTimeThenClear();
@@ -130,6 +142,7 @@ class Form1 {
     int m_mousePointer = 0;
     Ending m_ending = Ending::None;
     unsigned m_gridGeneration = 0;
+    std::function<void()> m_gridObserver;
 };
 
 }  // namespace halvane

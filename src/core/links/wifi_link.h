@@ -1,9 +1,10 @@
 #pragma once
 // The Wi-Fi link to the targets: a TCP client to a small device that relays frames over the air.
 // Connecting waits up to 5.0 s without holding anything up: the link is fed socket events and time,
-// and reports when its wait ends.
+// and reports every wait it keeps through nextDeadline(), or nothing would wake it.
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -40,10 +41,15 @@ class WifiLink {
     // Socket events.
     void onData(std::string_view chunk);
     void onError(int number, const std::string& description);
-    // The socket's state changed, or time passed: ends a connect wait that is over.
+    // The device ended the connection in an orderly way: no fault, the socket just closes.
+    void onClosedByPeer();
+    // The socket's state changed, or time passed: ends a wait that is over.
     void poll(TimePoint now);
-    // When the link next wants poll() called, if it waits.
+    // The earliest of the link's waits (connect, hello), if it waits.
     std::optional<TimePoint> nextDeadline() const;
+    // Called after every call that may have moved nextDeadline(), whoever made it, so that the driver
+    // re-arms its timer from it.
+    void setDeadlineMoved(std::function<void()> moved) { m_deadlineMoved = std::move(moved); }
 
     std::string sock_GetData() const { return m_rxData; }
     void sock_ClearData() { m_rxData.clear(); }
@@ -54,20 +60,25 @@ class WifiLink {
   private:
     void finishConnect(TimePoint now);
     void sendWaitingFrames();
+    void dropWaitingFrames();
+    void deadlineMayHaveMoved() const {
+        if (m_deadlineMoved) m_deadlineMoved();
+    }
 
     TcpSocket& m_socket;
     Operator& m_operator;
     std::string m_rxData;
     std::string m_log;
-    std::uint16_t m_remotePort = 0;
     std::optional<TimePoint> m_connectDeadline;
     // After connecting, frames wait for the device's hello (or this deadline) so that it comes alone.
     std::optional<TimePoint> m_helloDeadline;
     bool m_heardSinceConnect = false;
-    bool m_connectFault = false;
+    // What to tell when the connect wait ends; empty when nothing went wrong.
+    std::string m_connectFault;
     bool m_sawConnecting = false;
     std::vector<std::string> m_waitingFrames;
     std::vector<std::function<void()>> m_whenConnected;
+    std::function<void()> m_deadlineMoved;
 };
 
 }  // namespace halvane
