@@ -8,6 +8,7 @@
 #include <QTest>
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <stdexcept>
 
 #include "../core/scripted_operator.h"
@@ -84,7 +85,7 @@ struct OperatorScript::Run {
     std::string clickTable(int part);
     std::string runCommand(const std::string& command);
     int pickIndex(int count);
-    void snapshotSave(const std::string& path);
+    void snapshotSave(std::string path);
     void checkShape(std::vector<std::string>& out, const ProgramGrid& grid, bool remade);
     void checkSaves(std::vector<std::string>& out);
     std::vector<std::string> check();
@@ -224,7 +225,8 @@ std::string OperatorScript::Run::runCommand(const std::string& name) {
     return trace.back();
 }
 
-void OperatorScript::Run::snapshotSave(const std::string& path) {
+void OperatorScript::Run::snapshotSave(std::string path) {
+    if (!std::filesystem::path(path).has_extension()) path += ".hvn";  // as the console completes it
     SavedProgram saved{path, fileIdentity(path), state, false, {}};
     const ProgramGrid* grid = form->grid();
     const int columns = programColumns(state);
