@@ -83,6 +83,8 @@ void ProgressView::begin() {
             m_runner->bytesArrived(now());
             step();
         });
+        // A lost line ends the dialogue at once, not at its next deadline.
+        connect(serial, &QtSerialPort::lineLost, this, &ProgressView::step);
     } else {
         connect(&m_poll, &QTimer::timeout, this, [this] { m_runner->bytesArrived(now()); });
         m_poll.start(5);

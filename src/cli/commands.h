@@ -1,6 +1,8 @@
 #pragma once
 // The subcommands of halvane-cli.
 
+#include <chrono>
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -11,6 +13,7 @@
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
 #include "links/program_image.h"
+#include "links/serial_port.h"
 
 namespace halvane::cli {
 
@@ -41,9 +44,16 @@ struct TransmitterOptions {
 // are bad. --place is required, 1 or more.
 std::optional<TransmitterOptions> parseTransmitterOptions(const std::vector<std::string>& args, bool canSave);
 
-// `send PROGRAM.hvn`: exit 0 only when the Program was stored.
+// Opens the port as the console opens its shared port: RTS and DTR off, then `keepStill` for kSettle
+// before anything goes out. False when the device does not open.
+inline constexpr std::chrono::milliseconds kSettle{100};
+bool openLikeTheConsole(SerialPort& port, const std::string& device,
+                        const std::function<void(std::chrono::milliseconds)>& keepStill);
+
+// `send PROGRAM.hvn`: exit 0 only when the Program was stored; a Program too long or with a value
+// beyond a byte sends nothing. A line lost on the way is told on stderr, exit 1.
 int sendCommand(const std::string& programFile, const TransmitterOptions& options, SharedState& state);
-// `download`: prints the grid; exit 0 on success or an empty place, 1 on failure.
+// `download`: prints the grid; exit 0 on success or an empty place, 1 on failure (a lost line too).
 int downloadCommand(const TransmitterOptions& options, SharedState& state);
 
 }  // namespace halvane::cli

@@ -41,7 +41,13 @@ bool PosixSerialPort::open(const std::string& deviceName) {
     }
     m_fd = fd;
     m_name = deviceName;
+    clearLost();
     return true;
+}
+
+void PosixSerialPort::lose(const std::string& why) {
+    close();
+    reportLost(why);
 }
 
 void PosixSerialPort::close() {
@@ -61,6 +67,7 @@ void PosixSerialPort::write(std::string_view bytes) {
             pollfd p{m_fd, POLLOUT, 0};
             ::poll(&p, 1, 100);
         } else if (n < 0 && errno != EINTR) {
+            lose(std::strerror(errno));
             return;
         }
     }
@@ -73,8 +80,12 @@ std::size_t PosixSerialPort::bytesAvailable() const {
 }
 
 std::string PosixSerialPort::read(std::size_t max) {
+    if (m_fd < 0 || max == 0) return {};
     std::string out(max, '\0');
-    const ssize_t n = m_fd < 0 ? -1 : ::read(m_fd, out.data(), max);
+    const ssize_t n = ::read(m_fd, out.data(), max);
+    // End of file, or EIO, is a line whose far end has gone.
+    if (n == 0) lose("the line hung up");
+    if (n < 0 && errno != EAGAIN && errno != EINTR) lose(std::strerror(errno));
     out.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
     return out;
 }
@@ -101,9 +112,16 @@ void PosixSerialPort::setDtr(bool on) {
 bool PosixSerialPort::waitReadable(std::chrono::milliseconds timeout) {
     if (m_fd < 0) return false;
     pollfd p{m_fd, POLLIN, 0};
-    return ::poll(&p, 1, static_cast<int>(std::max<std::chrono::milliseconds::rep>(timeout.count(), 0))) >
-               0 &&
-           (p.revents & POLLIN);
+    if (::poll(&p, 1, static_cast<int>(std::max<std::chrono::milliseconds::rep>(timeout.count(), 0))) <= 0)
+        return false;
+    // A hang-up with nothing left to read: the line is gone. (A pty whose far end has closed reports
+    // POLLIN too, but a read then only gives end of file.)
+    if (p.revents & (POLLHUP | POLLERR | POLLNVAL)) {
+        if (bytesAvailable() > 0) return true;
+        lose(p.revents & POLLHUP ? "the line hung up" : "the line reports an error");
+        return false;
+    }
+    return (p.revents & POLLIN) != 0;
 }
 
 }  // namespace halvane::cli

@@ -1,6 +1,7 @@
 #pragma once
 // The serial port for the command line, on the system's terminal calls: 9600 baud, 8N1, raw, no flow
-// control. Reads are without waiting; `waitReadable` waits for bytes up to a deadline.
+// control. Reads are without waiting; `waitReadable` waits for bytes up to a deadline. A hang-up, an
+// end of file or an I/O error closes the port and reports the line lost.
 
 #include <chrono>
 #include <string>
@@ -25,13 +26,15 @@ class PosixSerialPort : public SerialPort {
     void setRts(bool on) override;
     void setDtr(bool on) override;
 
-    // Waits until bytes can be read or `timeout` has passed; true when bytes are there.
+    // Waits until bytes can be read or `timeout` has passed; true when bytes are there. False also
+    // when the line is found gone.
     bool waitReadable(std::chrono::milliseconds timeout);
     // Why the last open failed.
     const std::string& error() const { return m_error; }
 
   private:
     void setModemLine(int line, bool on);
+    void lose(const std::string& why);
     int m_fd = -1;
     std::string m_name;
     std::string m_error;

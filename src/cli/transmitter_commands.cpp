@@ -3,6 +3,7 @@
 #include <chrono>
 #include <iostream>
 #include <memory>
+#include <thread>
 
 #include "authoring/grid_setup.h"
 #include "authoring/program_file.h"
@@ -39,7 +40,16 @@ void runOnPort(Dialogue& dialogue, PosixSerialPort& port, Operator& op) {
     }
 }
 
-bool openPort(const TransmitterOptions& options, const SharedState& state, PosixSerialPort& port) {
+// The failure window's words, after the cause when the line went away.
+void tellFailure(bool lineLost, const PosixSerialPort& port, const std::string& device, Operator& op) {
+    if (lineLost) std::cerr << "The line to " << device << " was lost: " << port.lostReason() << ".\n";
+    FailedBox box;
+    op.showModal(box);
+}
+
+// Opens the port of the options (or of the configuration) and answers its device, or nothing.
+std::optional<std::string> openPort(const TransmitterOptions& options, const SharedState& state,
+                                    PosixSerialPort& port) {
     std::string device = options.device;
     const int number = options.port ? options.port : state.ComPort;
     if (device.empty()) {
@@ -47,13 +57,16 @@ bool openPort(const TransmitterOptions& options, const SharedState& state, Posix
         names.readOverrides(state.ConfigFile);
         device = names.device(number);
     }
-    if (!device.empty() && port.open(device)) return true;
+    if (!device.empty() && openLikeTheConsole(port, device, [](std::chrono::milliseconds still) {
+            std::this_thread::sleep_for(still);
+        }))
+        return device;
     if (options.device.empty())
         std::cerr << ComPortModule::inUseMessage(number) << " (" << (device.empty() ? "no device" : device)
                   << ": " << port.error() << ")\n";
     else
         std::cerr << "Cannot open " << device << ": " << port.error() << '\n';
-    return false;
+    return std::nullopt;
 }
 
 std::optional<int> number(const std::string& text) {
@@ -67,6 +80,15 @@ std::optional<int> number(const std::string& text) {
 }
 
 }  // namespace
+
+bool openLikeTheConsole(SerialPort& port, const std::string& device,
+                        const std::function<void(std::chrono::milliseconds)>& keepStill) {
+    if (!port.open(device)) return false;
+    port.setRts(false);
+    port.setDtr(false);
+    keepStill(kSettle);
+    return true;
+}
 
 std::optional<TransmitterOptions> parseTransmitterOptions(const std::vector<std::string>& args,
                                                           bool canSave) {
@@ -127,7 +149,8 @@ int sendCommand(const std::string& programFile, const TransmitterOptions& option
         return 1;
     }
     PosixSerialPort port;
-    if (!openPort(options, state, port)) return 1;
+    const auto device = openPort(options, state, port);
+    if (!device) return 1;
     ConsoleOperator op(std::cerr, options.overwrite ? Answer::Yes : Answer::No);
     SendProgram send(imageBytes(image), options.place);
     runOnPort(send, port, op);
@@ -135,11 +158,10 @@ int sendCommand(const std::string& programFile, const TransmitterOptions& option
         case SendProgram::Outcome::Stored:
             std::cerr << "Program " << options.place << " sent successful\n";
             return 0;
-        case SendProgram::Outcome::NoContact: {
-            FailedBox box;
-            op.showModal(box);
+        case SendProgram::Outcome::NoContact:
+        case SendProgram::Outcome::LineLost:
+            tellFailure(send.outcome() == SendProgram::Outcome::LineLost, port, *device, op);
             return 1;
-        }
         default:
             return 1;
     }
@@ -147,15 +169,15 @@ int sendCommand(const std::string& programFile, const TransmitterOptions& option
 
 int downloadCommand(const TransmitterOptions& options, SharedState& state) {
     PosixSerialPort port;
-    if (!openPort(options, state, port)) return 1;
+    const auto device = openPort(options, state, port);
+    if (!device) return 1;
     auto grid = std::make_unique<ProgramGrid>();
     prepareDownloadGrid(state, *grid);
     ConsoleOperator op(std::cerr, Answer::No);
     DownloadProgram download(state, *grid, options.place);
     runOnPort(download, port, op);
-    if (download.outcome() == DownloadProgram::Outcome::Failed) {
-        FailedBox box;
-        op.showModal(box);
+    if (!download.tag()) {
+        tellFailure(download.outcome() == DownloadProgram::Outcome::LineLost, port, *device, op);
         return 1;
     }
     printGrid(state, *grid, std::cout);

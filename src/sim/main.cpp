@@ -37,7 +37,8 @@ constexpr const char* kUsage =
     "                          (default: all three)\n"
     "  --tcp-port P            the Wi-Fi device's port (default 0: any free port)\n"
     "  --link DIR              also link each pty as DIR/NAME\n"
-    "  --pace                  bytes cross the ptys at the real 9600 baud, not at once\n"
+    "  --no-pace               bytes cross the ptys at once, not at the real 9600 baud\n"
+    "  --pace                  bytes cross the ptys at the real 9600 baud (the default)\n"
     "  --fault DEVICE:FAULT    make DEVICE (transmitter, radio, line, wifi) misbehave; repeatable:\n"
     "                          silent          read everything, answer nothing\n"
     "                          wrong-sum       every sum the transmitter sends is off by one\n"
@@ -111,8 +112,8 @@ int main(int argc, char** argv) {
             std::cout << kUsage;
             return 0;
         }
-        if (arg == "--pace") {
-            options.pace = true;
+        if (arg == "--pace" || arg == "--no-pace") {
+            options.pace = arg == "--pace";
             continue;
         }
         if (arg == "--quiet") {

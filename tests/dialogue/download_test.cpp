@@ -100,6 +100,9 @@ TEST(DownloadProgram, AgainstTheTransmitter) {
     const std::vector<std::string> cleared = {two, "0||", "1||"};
     std::string delays;
     for (int i = 0; i < 255; ++i) delays += "FD FF ";
+    const std::string full =
+        "Block 2: The Program on the transmitter is longer than 32765 seconds, the most a "
+        "Program can have. The rest of the Program was left out.";
     // clang-format off
     const Case cases[] = {
         {"four blocks, the last all zeros: actions hold down their column; later blocks label one higher",
@@ -132,9 +135,11 @@ TEST(DownloadProgram, AgainstTheTransmitter) {
          "Block 1 of the Program names column 201, which the grid does not have; the rest of that block was "
          "left out.\nBlock 2 of the Program names column 3, which the grid does not have; the rest of that "
          "block was left out.", 1, {two, "0|Friend|", "2|Foe|Down"}},
-        {"the grid is full: the transmitter is left waiting", {{delays.substr(0, 762), delays.substr(762)}},
-         {}, 0, "R03\r\n1", Done, "Block 2: The Program on the transmitter is longer than 32765 seconds, the "
-         "most a Program can have. The download stopped there.", 32765, {}},
+        // The blocks after it are asked for and dropped, and the closing "1" ends the transmitter's side.
+        {"the grid is full in the last block", {{delays.substr(0, 762), delays.substr(762)}}, {}, 0,
+         "R03\r\n11", Done, full, 32765, {}},
+        {"the grid is full before the last block", {{delays.substr(0, 762), delays.substr(762), "F3 01"}}, {},
+         0, "R03\r\n111", Done, full, 32765, {}},
         {"empty place", std::nullopt, {}, 0, "R03\r\n", NoProgram, "No program to download", 1, cleared},
         {"silence", four, {.silent = true}, 0, "R03\r\n", Failed, "", 1, cleared},
         {"late by 1000 ms", four, {.lateBy = 1000ms}, 0, "R03\r\n", Failed, "", 1, cleared},

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "links/program_image.h"
 #include "links/transmitter_send.h"
 #include "sim/devices.h"
 #include "sim/transmitter.h"
@@ -57,6 +58,49 @@ TEST(SendProgram, BlockCountAndCommandDigits) {
     EXPECT_EQ(SendProgram::command('S', 9), "S09\r\n");
     EXPECT_EQ(SendProgram::command('S', 10), "S10\r\n");
     EXPECT_EQ(SendProgram::command('R', 25), "R10\r\n");
+}
+
+// Records of four targets changing every second from row 1 on: a delay before each row after the first.
+std::vector<ImageRecord> everySecond(std::size_t records) {
+    std::vector<ImageRecord> image;
+    for (int row = 1; image.size() < records; ++row) {
+        if (row > 1) image.push_back({image::Delay, 1, row, 0});
+        for (int col = 1; col <= 4 && image.size() < records; ++col)
+            image.push_back(
+                {col % 2 ? image::Friend : image::Foe, static_cast<std::uint32_t>(col), row, col});
+    }
+    image.resize(records);
+    return image;
+}
+
+// N is one byte: 255 blocks hold 65,278 values (32,639 records). Beyond that nothing may go out, and the
+// operator hears by how much the Program is too long and where the first record that does not fit is.
+TEST(SendProgram, AProgramBeyond255BlocksIsTooLongToSend) {
+    EXPECT_EQ(SendProgram::blockCount(65278), 255);
+    EXPECT_EQ(SendProgram::blockCount(65280), 256);
+    EXPECT_EQ(findByteProblem(everySecond(32639)), std::nullopt);
+    // Record 32,640 is the delay before row 6,529 (5 records a row after the first): its place is the
+    // change it leads to.
+    const auto problem = findByteProblem(everySecond(32641));
+    ASSERT_TRUE(problem.has_value());
+    EXPECT_EQ(
+        problem->message,
+        "The Program is too long to send: its image has 32641 records (65282 values), which need 256 "
+        "blocks, and the transmitter takes at most 255 blocks (32639 records). It is 2 records too long; "
+        "the first that does not fit is at second 6528 (row 6529, column 1).");
+    EXPECT_EQ(std::make_pair(problem->row, problem->col), std::make_pair(6529, 1));
+    EXPECT_THROW(SendProgram(imageOf(65280), 1), std::length_error);
+
+    // The longest Program that fits is stored whole, every sum right.
+    sim::Range range(4);
+    auto device = sim::makeTransmitter(range, {});
+    testing::ScriptedOperator op;
+    SendProgram send(imageOf(65278), 1);
+    testing::VirtualLine line(send, *device, op);
+    line.run();
+    EXPECT_EQ(send.outcome(), Outcome::Stored);
+    EXPECT_EQ(line.written().substr(5, 2), "\x02\xFF");
+    EXPECT_EQ(sim::asTransmitter(*device).place(1), imageOf(65278));
 }
 
 TEST(SendProgram, BlocksCarryTheirSumsAndTheTransmitterKeepsTheImage) {

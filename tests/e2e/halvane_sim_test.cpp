@@ -86,6 +86,24 @@ TEST(HalvaneSim, PrintsWhereEachDeviceStandsGreetsOnWifiAndEndsCleanlyOnSigterm)
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::symlink_status(scratch.path() / "radio")));
 }
 
+// Real line time unless told otherwise: the probe up to its CR (2 bytes) and the 10 bytes of the answer
+// take 12.5 ms at 9600 baud.
+TEST(HalvaneSim, PacesItsLinesUnlessToldNotTo) {
+    for (const bool paced : {true, false}) {
+        SimProcess sim(paced ? std::vector<std::string>{"--quiet", "--device", "transmitter"}
+                             : std::vector<std::string>{"--quiet", "--device", "transmitter", "--no-pace"});
+        auto line = openLine(sim.addresses()["transmitter"]);
+        ASSERT_TRUE(line);
+        const auto start = std::chrono::steady_clock::now();
+        writeAll(line.get(), "?\r\n");
+        EXPECT_EQ(readFor(line.get(), 10), "VER 3.12\r\n") << paced;
+        if (paced) {
+            EXPECT_GE(std::chrono::steady_clock::now() - start, 12ms);
+        }
+        EXPECT_EQ(sim.exitStatus(SIGTERM), 0);
+    }
+}
+
 TEST(HalvaneSim, RefusesBadOptionsWithItsUsage) {
     // clang-format off
     const std::vector<std::vector<std::string>> refused = {

@@ -1,6 +1,6 @@
-// Any replies, at any times, to the transmitter dialogues: neither may crash, write outside the grid
-// or hang. The input is read as steps: one byte of time to let pass (in 10 ms), one byte of length, and
-// that many bytes of reply.
+// Any replies, at any times, to the transmitter dialogues, and a line that may go at any step: neither
+// may crash, write outside the grid or hang. The input is read as steps: one byte of time to let pass
+// (in 10 ms; 255 is the line going away), one byte of length, and that many bytes of reply.
 
 #include <chrono>
 #include <cstdint>
@@ -29,6 +29,11 @@ void drive(Dialogue& dialogue, std::string_view data) {
                 dialogue.answer(Answer::Yes, now);
             else if (action.kind == DialogueAction::Kind::DropInput)
                 input.clear();
+        if (i + 2 <= data.size() && static_cast<unsigned char>(data[i]) == 255) {
+            dialogue.onLineLost(now);
+            if (!dialogue.finished()) std::abort();  // a lost line ends every dialogue at once
+            break;
+        }
         if (i + 2 <= data.size()) {
             now += std::chrono::milliseconds(10 * static_cast<unsigned char>(data[i]));
             const std::size_t length = static_cast<unsigned char>(data[i + 1]);

@@ -5,12 +5,15 @@ namespace halvane::app {
 QtSerialPort::QtSerialPort(QObject* parent) : QObject(parent) {
     connect(&m_port, &QSerialPort::readyRead, this, &QtSerialPort::bytesArrived);
     connect(&m_port, &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError error) {
-        // A vanished line reports its error over and over until the port is closed.
-        if (error == QSerialPort::ResourceError && m_port.isOpen()) {
-            const QString why = m_port.errorString();
-            m_port.close();
-            emit lost(why);
-        }
+        // A vanished line (a device unplugged, the far end of a pty closed) reports its error over and
+        // over until the port is closed: close it at the first report.
+        const bool lineGone = error == QSerialPort::ResourceError || error == QSerialPort::ReadError ||
+                              error == QSerialPort::WriteError;
+        if (!lineGone || !m_port.isOpen()) return;
+        const QString why = m_port.errorString();
+        m_port.close();
+        reportLost(why.toStdString());
+        emit lineLost(why);
     });
 }
 
@@ -22,7 +25,10 @@ bool QtSerialPort::open(const std::string& deviceName) {
     m_port.setParity(QSerialPort::NoParity);
     m_port.setStopBits(QSerialPort::OneStop);
     m_port.setFlowControl(QSerialPort::NoFlowControl);
-    return m_port.open(QIODevice::ReadWrite);
+    if (!m_port.open(QIODevice::ReadWrite)) return false;
+    m_deviceName = deviceName;
+    clearLost();
+    return true;
 }
 
 void QtSerialPort::close() {
@@ -33,8 +39,10 @@ bool QtSerialPort::isOpen() const {
     return m_port.isOpen();
 }
 
+// QSerialPort::portName() shortens "/dev/ttyS0" to "ttyS0": the name as given is what the shared
+// port is compared by.
 std::string QtSerialPort::deviceName() const {
-    return m_port.isOpen() ? m_port.portName().toStdString() : std::string();
+    return m_port.isOpen() ? m_deviceName : std::string();
 }
 
 void QtSerialPort::write(std::string_view bytes) {

@@ -27,11 +27,13 @@ class QtSerialPort : public QObject, public SerialPort {
 
   signals:
     void bytesArrived();
-    // The line went away under an open port (a device unplugged, the far end of a pty closed).
-    void lost(const QString& why);
+    // The line went away under an open port (a device unplugged, the far end of a pty closed); the
+    // port is closed by then and SerialPort::lost() is true.
+    void lineLost(const QString& why);
 
   private:
     QSerialPort m_port;
+    std::string m_deviceName;  // as open() was given it
 };
 
 }  // namespace halvane::app

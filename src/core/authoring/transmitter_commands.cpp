@@ -40,7 +40,8 @@ void Form1::M_Send() {
     SendProgram send(imageBytes(image), ProgramNumber);
     ProgressWindow window{"Sending", "Sending to LMC", "Please Wait", send, m_comPort->port()};
     m_operator.showModal(window);
-    if (send.outcome() == SendProgram::Outcome::NoContact) {
+    if (send.outcome() == SendProgram::Outcome::NoContact ||
+        send.outcome() == SendProgram::Outcome::LineLost) {
         FailedBox failed;
         m_operator.showModal(failed);
     }
@@ -61,10 +62,18 @@ void Form1::M_Download() {
     ProgramNumberDialog numberDialog("Download");
     m_operator.showModal(numberDialog);
     ProgramNumber = static_cast<std::int16_t>(numberDialog.ProgramNumber);
+    if (!numberDialog.Problem.empty()) {
+        tell(numberDialog.Problem);
+        return;
+    }
     if (ProgramNumber == 0) return;
 
-    // From here the former Program is gone, whatever the line does.
+    // From here the former Program is gone, whatever the line does, and the grid is no longer the file
+    // that was open: Save asks for a name, and no highlight names a row of the former Program.
     if (m_state.GridLoaded) destroyGrid();
+    ClearSelectionRows();
+    m_state.FilePath.clear();
+    m_caption = "LM47 Programer ";
     ProgramGrid& grid = createGrid();
     prepareDownloadGrid(m_state, grid);
     grid.Visible = true;
@@ -74,9 +83,9 @@ void Form1::M_Download() {
     DownloadProgram download(m_state, grid, ProgramNumber);
     ProgressWindow window{"Downloading", "Downloading from LMC", "Please Wait", download, m_comPort->port()};
     m_operator.showModal(window);
-    ++m_gridGeneration;
+    gridReshaped();
     Tag = download.tag() ? "True" : "False";
-    if (download.outcome() == DownloadProgram::Outcome::Failed) {
+    if (!download.tag()) {
         m_comPort->port().dropInput();
         m_comPort->port().dropOutput();
         FailedBox failed;

@@ -43,6 +43,9 @@ class Dialogue {
     virtual void onTime(TimePoint now) = 0;
     // The operator's answer to the last Ask.
     virtual void answer(Answer answer, TimePoint now) = 0;
+    // The line is gone (the port was lost, or a write found it closed): the dialogue ends at once as a
+    // failure. A dead line never reads as silence, which a later rule could take for success.
+    virtual void onLineLost(TimePoint now) = 0;
     // When the dialogue next wants onTime(), if it waits for time at all.
     virtual std::optional<TimePoint> nextDeadline() const = 0;
     // The actions due since the last call, in order.

@@ -15,13 +15,15 @@ void DialogueRunner::bytesArrived(TimePoint now) {
     // While a question or message is up, bytes wait with the port; they are fed when it is answered.
     if (m_inAction) return;
     feed(now);
+    checkLine(now);
     carryOut(now);
 }
 
 void DialogueRunner::tick(TimePoint now) {
     if (m_inAction) return;
     feed(now);
-    m_dialogue.onTime(now);
+    // A dead line is told before the time: its silence must not pass for a reply that did not come.
+    if (!checkLine(now)) m_dialogue.onTime(now);
     carryOut(now);
 }
 
@@ -31,17 +33,62 @@ void DialogueRunner::feed(TimePoint now) {
     if (!m_input.empty() && !m_dialogue.finished()) m_input.erase(0, m_dialogue.onBytes(m_input, now));
 }
 
+bool DialogueRunner::checkLine(TimePoint now) {
+    if (m_lineLost) return true;
+    if (m_dialogue.finished() || !lineGone()) return false;
+    loseLine(now);
+    return true;
+}
+
+void DialogueRunner::loseLine(TimePoint now) {
+    if (m_lineLost) return;
+    m_lineLost = true;
+    m_input.clear();
+    m_dialogue.onLineLost(now);
+}
+
+void DialogueRunner::dropInput() {
+    m_port.dropInput();
+    m_input.clear();
+}
+
+// A drop of the input that follows bytes written is meant for what came before them: at the line's
+// speed nothing can answer in between, but a fast carrier (a pty, a simulator) can answer at once, and
+// a drop after the write would throw that answer away. So the drop is made before the bytes go out.
+void DialogueRunner::write(const std::vector<DialogueAction>& actions, std::size_t index,
+                           std::vector<bool>& done, TimePoint now) {
+    if (lineGone()) {
+        loseLine(now);
+        return;
+    }
+    for (std::size_t next = index + 1; next < actions.size(); ++next) {
+        const auto kind = actions[next].kind;
+        if (kind == DialogueAction::Kind::DropInput) {
+            dropInput();
+            done[next] = true;
+            break;
+        }
+        if (kind != DialogueAction::Kind::Write) break;
+    }
+    m_port.write(actions[index].bytes);
+    if (lineGone()) loseLine(now);
+}
+
+// Once the line is lost, what was meant for it (bytes, drops, a question about what to send) is void;
+// messages are still shown.
 void DialogueRunner::carryOut(TimePoint now) {
     m_inAction = true;
     for (auto actions = m_dialogue.takeActions(); !actions.empty(); actions = m_dialogue.takeActions()) {
-        for (const auto& action : actions) {
+        std::vector<bool> done(actions.size(), false);
+        for (std::size_t i = 0; i < actions.size(); ++i) {
+            const DialogueAction& action = actions[i];
+            if (done[i] || (m_lineLost && action.kind != DialogueAction::Kind::Tell)) continue;
             switch (action.kind) {
                 case DialogueAction::Kind::Write:
-                    m_port.write(action.bytes);
+                    write(actions, i, done, now);
                     break;
                 case DialogueAction::Kind::DropInput:
-                    m_port.dropInput();
-                    m_input.clear();
+                    dropInput();
                     break;
                 case DialogueAction::Kind::DropOutput:
                     m_port.dropOutput();

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "authoring/grid_setup.h"
+#include "links/transmitter_send.h"
 #include "text/conversions.h"
 
 namespace halvane {
@@ -114,6 +115,24 @@ std::string_view wordOf(std::uint32_t code) {
     }
 }
 
+// The block count N is one byte too: an image longer than 255 blocks hold cannot be announced.
+std::optional<ImageProblem> findLengthProblem(const std::vector<ImageRecord>& image) {
+    const std::size_t lines = image.size() * 2;
+    if (lines <= SendProgram::kMaxLines) return std::nullopt;
+    const std::size_t fit = SendProgram::kMaxLines / 2;
+    const ImageRecord& first = image[fit];
+    const int col = first.code == image::Delay && fit + 1 < image.size() ? image[fit + 1].col : first.col;
+    const std::size_t over = image.size() - fit;
+    return ImageProblem{
+        "The Program is too long to send: its image has " + std::to_string(image.size()) + " records (" +
+            std::to_string(lines) + " values), which need " + std::to_string(SendProgram::blockCount(lines)) +
+            " blocks, and the transmitter takes at most " + std::to_string(SendProgram::kMaxBlocks) +
+            " blocks (" + std::to_string(fit) + " records). It is " + std::to_string(over) +
+            (over == 1 ? " record" : " records") + " too long; the first that does not fit is at " +
+            place(first, col) + ".",
+        first.row, col};
+}
+
 }  // namespace
 
 std::optional<ImageProblem> findByteProblem(const std::vector<ImageRecord>& image) {
@@ -142,7 +161,7 @@ std::optional<ImageProblem> findByteProblem(const std::vector<ImageRecord>& imag
                                 place(r, r.col) + " holds a value above 255 (FF).",
                             r.row, r.col};
     }
-    return std::nullopt;
+    return findLengthProblem(image);
 }
 
 std::string imageBytes(const std::vector<ImageRecord>& image) {

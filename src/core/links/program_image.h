@@ -58,7 +58,9 @@ struct ImageProblem {
     int col;
 };
 
-// The first value above 255, if any. For a delay the place is the first change after it.
+// The first value above 255, if any (for a delay the place is the first change after it); else, when
+// the image needs more blocks than the one-byte block count can announce, by how much and where the
+// first record that does not fit lies. Nothing here means every byte of the send fits.
 std::optional<ImageProblem> findByteProblem(const std::vector<ImageRecord>& image);
 
 // The image as it goes on the wire, one byte per value. A value above 255 keeps only its low byte,

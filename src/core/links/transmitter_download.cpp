@@ -103,16 +103,15 @@ void DownloadProgram::onFirstBlock(TimePoint now) {
     }
     m_tag = true;
     m_blocks = std::max(1, static_cast<int>(static_cast<std::uint8_t>(reply[kStatusBytes + 1])));
-    if (!decode(reply.substr(kStatusBytes + 2, kFirstImage), ProgramDecoder::Rules::FirstBlock)) return;
+    decode(reply.substr(kStatusBytes + 2, kFirstImage), ProgramDecoder::Rules::FirstBlock);
     nextBlock(now);
 }
 
 void DownloadProgram::onFurtherBlock(TimePoint now) {
     const std::string_view block = m_rx;
     if (m_read->status() == TimedRead::Status::Done &&
-        sumMatches(block.substr(0, kFurtherImage), block.substr(kFurtherImage))) {
-        if (!decode(block.substr(0, kFurtherImage), ProgramDecoder::Rules::FurtherBlock)) return;
-    }
+        sumMatches(block.substr(0, kFurtherImage), block.substr(kFurtherImage)))
+        decode(block.substr(0, kFurtherImage), ProgramDecoder::Rules::FurtherBlock);
     nextBlock(now);
 }
 
@@ -128,21 +127,26 @@ void DownloadProgram::nextBlock(TimePoint now) {
     finish(Outcome::Done);
 }
 
-// False when the download cannot go on: the grid is as full as it gets. Its length is then made
-// whole, and the transmitter is left waiting for a "1" that does not come.
-bool DownloadProgram::decode(std::string_view records, ProgramDecoder::Rules rules) {
+// Once the grid is as full as it gets, the blocks left are still asked for, and dropped, so that the
+// transmitter ends its dialogue with the closing "1" as after any download.
+void DownloadProgram::decode(std::string_view records, ProgramDecoder::Rules rules) {
+    if (m_full) return;
     const std::string block = "Block " + std::to_string(m_block);
     try {
         if (const auto column = m_decoder.decode(records, rules))
             m_leftOut.push_back(block + " of the Program names column " + std::to_string(*column) +
                                 ", which the grid does not have; the rest of that block was left out.");
-        return true;
     } catch (const Fault& fault) {
-        m_leftOut.push_back(block + ": " + fault.what() + " The download stopped there.");
-        m_state.NumSeconds -= 1;
-        finish(Outcome::Done);
-        return false;
+        m_leftOut.push_back(block + ": " + fault.what() + " The rest of the Program was left out.");
+        m_full = true;
     }
+}
+
+void DownloadProgram::onLineLost(TimePoint) {
+    if (m_outcome == Outcome::Running && m_tag) m_state.NumSeconds -= 1;  // the length of what came
+    if (m_outcome != Outcome::Running && m_outcome != Outcome::Done) return;
+    m_tag = false;
+    finish(Outcome::LineLost);
 }
 
 // Messages wait for the end, so that no message box holds up a block the transmitter is sending.
@@ -152,6 +156,7 @@ void DownloadProgram::finish(Outcome outcome) {
     if (m_leftOut.empty()) return;
     std::string text;
     for (const auto& line : m_leftOut) text += (text.empty() ? "" : "\n") + line;
+    m_leftOut.clear();
     tell(text, kAppTitle);
 }
 

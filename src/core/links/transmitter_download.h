@@ -19,10 +19,11 @@ void prepareDownloadGrid(SharedState& state, ProgramGrid& grid);
 
 // The download dialogue: "R" and the place, a reply of "0" or the first block, then "1" for each
 // further block and a closing "1". Only the first block decides success; a later block that is late
-// or spoiled is dropped without a word and leaves a gap in the Program.
+// or spoiled is dropped without a word and leaves a gap in the Program. A line that goes away ends it
+// as a failure at once, with what was decoded left in the grid.
 class DownloadProgram : public Dialogue {
   public:
-    enum class Outcome { Running, Done, NoProgram, Failed };
+    enum class Outcome { Running, Done, NoProgram, Failed, LineLost };
 
     // `grid` as prepareDownloadGrid left it. Program numbers of 10 and more ask for place 10.
     DownloadProgram(SharedState& state, ProgramGrid& grid, int programNumber);
@@ -33,14 +34,15 @@ class DownloadProgram : public Dialogue {
     std::size_t onBytes(std::string_view bytes, TimePoint now) override;
     void onTime(TimePoint now) override;
     void answer(Answer, TimePoint) override {}
+    void onLineLost(TimePoint now) override;
     std::optional<TimePoint> nextDeadline() const override;
     bool finished() const override { return m_outcome != Outcome::Running; }
     // Blocks in, of the blocks the transmitter announced (1 until it has announced them).
     std::pair<int, int> progress() const override;
 
     Outcome outcome() const { return m_outcome; }
-    // The window's Tag: the first block came whole, or the transmitter said it holds no program.
-    // False means the caller shows the failure window.
+    // The window's Tag: the first block came whole, or the transmitter said it holds no program, and
+    // the line stayed. False means the caller shows the failure window.
     bool tag() const { return m_tag; }
 
   private:
@@ -48,7 +50,7 @@ class DownloadProgram : public Dialogue {
     void onFirstBlock(TimePoint now);
     void onFurtherBlock(TimePoint now);
     void nextBlock(TimePoint now);
-    bool decode(std::string_view records, ProgramDecoder::Rules rules);
+    void decode(std::string_view records, ProgramDecoder::Rules rules);
     void finish(Outcome outcome);
 
     SharedState& m_state;
@@ -60,6 +62,7 @@ class DownloadProgram : public Dialogue {
     int m_blocks = 1;  // N, as the first block announces it
     Outcome m_outcome = Outcome::Running;
     bool m_tag = false;
+    bool m_full = false;  // the grid is as long as it gets: the blocks left are taken and not decoded
     std::vector<std::string> m_leftOut;  // what the operator is told at the end
 };
 

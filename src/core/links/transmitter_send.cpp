@@ -1,6 +1,8 @@
 #include "links/transmitter_send.h"
 
 #include <algorithm>
+#include <limits>
+#include <stdexcept>
 
 #include "authoring/about_box.h"
 #include "text/conversions.h"
@@ -19,12 +21,19 @@ std::string sumBytes(unsigned sum) {
 }  // namespace
 
 SendProgram::SendProgram(std::string image, int programNumber)
-    : m_image(std::move(image)), m_programNumber(programNumber), m_blocks(blockCount(m_image.size())) {}
+    : m_image(std::move(image)), m_programNumber(programNumber), m_blocks(blockCount(m_image.size())) {
+    if (programNumber < 1) throw std::invalid_argument("program places count from 1");
+    // N goes out as one byte: a larger count would wrap and spoil the first block's sum.
+    if (m_blocks > kMaxBlocks)
+        throw std::length_error("an image of " + std::to_string(m_image.size()) + " values needs " +
+                                std::to_string(m_blocks) + " blocks; one byte announces at most 255");
+}
 
 int SendProgram::blockCount(std::size_t lines) {
     if (lines <= kFirstBlockData) return 1;
     // Exact halves round to even, so an odd multiple of 256 announces one block more than needed.
-    return *text::toInt32((static_cast<double>(lines) - 254) / 256 + 0.5) + 1;
+    const auto rounded = text::toInt32((static_cast<double>(lines) - 254) / 256 + 0.5);
+    return rounded ? *rounded + 1 : std::numeric_limits<int>::max();
 }
 
 std::string SendProgram::command(char letter, int programNumber) {
@@ -33,14 +42,15 @@ std::string SendProgram::command(char letter, int programNumber) {
 }
 
 void SendProgram::start(TimePoint now) {
-    dropInput();
     dropOutput();
-    write(command('S', m_programNumber));
-    readReply(7, now);
+    writeAndRead(command('S', m_programNumber), 7, now);
 }
 
-void SendProgram::readReply(std::size_t count, TimePoint now) {
+// The reader drops the input as it starts, right after the write whose reply it awaits; the drop is
+// put first, since on a fast carrier the reply may already be in.
+void SendProgram::writeAndRead(std::string bytes, std::size_t count, TimePoint now) {
     dropInput();
+    write(std::move(bytes));
     m_read.emplace(m_slot, count, now);
 }
 
@@ -95,7 +105,7 @@ void SendProgram::replyEnded(TimePoint now) {
 }
 
 void SendProgram::answer(Answer answer, TimePoint now) {
-    if (m_step != Step::Question && m_step != Step::Status) return;
+    if (finished() || (m_step != Step::Question && m_step != Step::Status)) return;
     if (answer != Answer::Yes) {
         write(std::string(1, kAbandon));
         m_outcome = Outcome::Declined;
@@ -114,10 +124,16 @@ void SendProgram::sendBlock(TimePoint now) {
     data.resize(size, '\0');
     unsigned sum = first ? 2u + static_cast<unsigned>(m_blocks) : 0u;
     for (const char byte : data) sum += static_cast<unsigned char>(byte);
-    write(data + sumBytes(sum));
     ++m_blocksSent;
     const bool last = m_blocksSent == m_blocks;
-    readReply(last ? 5 : 1, now);
+    writeAndRead(data + sumBytes(sum), last ? 5 : 1, now);
+}
+
+void SendProgram::onLineLost(TimePoint) {
+    if (finished()) return;
+    m_read.reset();
+    m_step = Step::Done;
+    m_outcome = Outcome::LineLost;
 }
 
 void SendProgram::refuse() {

@@ -18,12 +18,19 @@ class SendProgram : public Dialogue {
         NoContact,  // no full status reply: the failure window follows
         Declined,   // the operator would not overwrite the place
         Refused,    // a block was refused (or its acknowledgement was no digit)
+        LineLost,   // the line went away: the failure window follows
     };
 
-    // `image`: one byte per image value; `programNumber` as chosen (10 or more means place 10).
+    // The most blocks a transfer can announce, in the one byte N, and the most image values they hold.
+    static constexpr int kMaxBlocks = 255;
+    static constexpr std::size_t kMaxLines = 254 + 256 * (kMaxBlocks - 1);
+
+    // `image`: one byte per image value; `programNumber` as chosen, 1 or more (10 or more means place
+    // 10). Throws std::invalid_argument for a number below 1 and std::length_error for an image that
+    // needs more blocks than N can say: callers check with findByteProblem before.
     SendProgram(std::string image, int programNumber);
 
-    // The block count announced for an image of `lines` values.
+    // The block count announced for an image of `lines` values (above kMaxBlocks it cannot be sent).
     static int blockCount(std::size_t lines);
     // The command for a program number: "S", two digits, CR LF.
     static std::string command(char letter, int programNumber);
@@ -32,6 +39,7 @@ class SendProgram : public Dialogue {
     std::size_t onBytes(std::string_view bytes, TimePoint now) override;
     void onTime(TimePoint now) override;
     void answer(Answer answer, TimePoint now) override;
+    void onLineLost(TimePoint now) override;
     std::optional<TimePoint> nextDeadline() const override;
     bool finished() const override { return m_outcome != Outcome::Running; }
     std::pair<int, int> progress() const override { return {m_blocksSent, m_blocks}; }
@@ -42,7 +50,8 @@ class SendProgram : public Dialogue {
 
   private:
     enum class Step { Status, Question, Acknowledgement, Done };
-    void readReply(std::size_t count, TimePoint now);
+    // Writes `bytes` and waits for a reply of `count` bytes: what came before the write is dropped.
+    void writeAndRead(std::string bytes, std::size_t count, TimePoint now);
     void replyEnded(TimePoint now);
     void sendBlock(TimePoint now);
     void refuse();

@@ -20,11 +20,14 @@ class ProgramNumberDialog {
 
     void CmdPlus();
     void CmdMinus();
-    // ProgramNumber = the value of the leading digits of Text1, unbounded; 0 acts like Cancel.
+    // frmSend: ProgramNumber = the value of the leading digits of Text1, unbounded. frmDownload: the
+    // number Val reads, rounded to 16 bits ("2.7" is 3, "&HA" is 10, "1 0" is 10); one below 0 or
+    // beyond 16 bits names no place: Problem says so and ProgramNumber stays 0. 0 acts like Cancel.
     void OKButton();
     void CancelButton() { m_closed = true; }
     bool closed() const { return m_closed; }
     int ProgramNumber = 0;
+    std::string Problem;
 
   private:
     int m_counter = 1;

@@ -21,7 +21,7 @@ class SimServer {
   public:
     struct Options {
         // Bytes cross each pty no faster than a real 9600-baud line; off, they cross at once.
-        bool pace = false;
+        bool pace = true;
         // When set, each pty is also reachable as linkDir/NAME, a symlink made for the life of the server.
         std::filesystem::path linkDir;
     };

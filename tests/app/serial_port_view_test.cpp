@@ -1,0 +1,130 @@
+// The console's serial port adapter and the progress window that runs a transmitter dialogue on it, over
+// a pseudo-terminal whose far end the test plays and then closes, as a device that is unplugged.
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
+
+#include "../core/scripted_operator.h"
+#include "authoring/shared_state.h"
+#include "links/com_port.h"
+#include "links/transmitter_send.h"
+#include "links/transmitter_windows.h"
+#include "platform/qt_serial_port.h"
+#include "transmitter_dialogs.h"
+
+using namespace halvane;
+
+namespace {
+
+// The master side of a new pty; the console opens `slave`.
+struct Pty {
+    int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    std::string slave;
+    Pty() {
+        if (master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0) slave = ::ptsname(master);
+    }
+    ~Pty() { hangUp(); }
+    void hangUp() {
+        if (master >= 0) ::close(master);
+        master = -1;
+    }
+    // Reads `count` bytes, or what came within two seconds.
+    std::string read(std::size_t count) const {
+        std::string bytes;
+        while (bytes.size() < count) {
+            pollfd p{master, POLLIN, 0};
+            if (::poll(&p, 1, 2000) <= 0) break;
+            char buffer[512];
+            const auto n = ::read(master, buffer, std::min(sizeof buffer, count - bytes.size()));
+            if (n <= 0) break;
+            bytes.append(buffer, static_cast<std::size_t>(n));
+        }
+        return bytes;
+    }
+    void write(const std::string& bytes) const {
+        [[maybe_unused]] auto n = ::write(master, bytes.data(), bytes.size());
+    }
+};
+
+}  // namespace
+
+class SerialPortViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    // The shared port is compared by the name it was opened with; QSerialPort shortens /dev/pts/N.
+    void thePortKeepsTheDeviceNameItWasOpenedWith() {
+        Pty pty;
+        QVERIFY(!pty.slave.empty());
+        app::QtSerialPort port;
+        QVERIFY(port.open(pty.slave));
+        QCOMPARE(port.deviceName(), pty.slave);
+        port.close();
+        QCOMPARE(port.deviceName(), std::string());
+    }
+
+    // A vanished line closes the port at once and says so, instead of reporting errors without end.
+    void aVanishedLineClosesThePortAndIsReportedLost() {
+        Pty pty;
+        app::QtSerialPort port;
+        QVERIFY(port.open(pty.slave));
+        QSignalSpy lost(&port, &app::QtSerialPort::lineLost);
+        pty.hangUp();
+        QTRY_COMPARE_WITH_TIMEOUT(lost.count(), 1, 2000);
+        QVERIFY(!port.isOpen());
+        QVERIFY(port.lost());
+        QTest::qWait(50);
+        QCOMPARE(lost.count(), 1);
+    }
+
+    // Measured: the window went on counting blocks for the rest of the transfer, then said "sent
+    // successful". Now the dialogue ends as soon as the line is gone.
+    void theProgressWindowEndsAtOnceWhenTheLineGoes() {
+        Pty pty;
+        SharedState state;
+        testing::ScriptedOperator op;
+        op.answers = {Answer::Yes};
+        app::QtSerialPort port;
+        PortNames names;
+        names.setDevice(1, pty.slave);
+        ComPortModule comPort(state, port, names, op);
+        comPort.OpenComPort();
+        QVERIFY(comPort.PortOpen());
+
+        // The transmitter: a place in use, the first of four blocks taken, then it is gone.
+        std::atomic<bool> goneNow{false};
+        QElapsedTimer sinceGone;
+        std::thread transmitter([&] {
+            if (pty.read(5) != "S04\r\n") return;
+            pty.write("1040400\r\n");
+            if (pty.read(258).size() != 258) return;
+            pty.write("1");
+            pty.read(1);
+            sinceGone.start();
+            pty.hangUp();
+            goneNow = true;
+        });
+        SendProgram send(std::string(900, '\x01'), 4);
+        ProgressWindow window{"Sending", "Sending to LMC", "Please Wait", send, port};
+        app::ProgressView view(window, op);
+        view.exec();
+        transmitter.join();
+        QVERIFY(goneNow);
+        QVERIFY2(sinceGone.elapsed() < 500, qPrintable(QString::number(sinceGone.elapsed())));
+        QVERIFY(send.outcome() != SendProgram::Outcome::Stored);
+        QVERIFY(!send.tag());
+        QVERIFY(!port.isOpen());
+    }
+};
+
+QTEST_MAIN(SerialPortViewTest)
+#include "serial_port_view_test.moc"
