@@ -163,6 +163,15 @@ TEST(ProgramFile, AFailedSaveLeavesTheOldFileAndReportsWhy) {
     l.state.NumTargets = 9;
     ASSERT_TRUE(writeProgramFile(l.state, *l.grid));
     EXPECT_EQ(readBytes(dir.file("keep.hvn")), "old");
+
+    // Switched to groups with none set up: the file would read back as another Program.
+    Loaded targets = load(kData + "/two_targets.hvn");
+    targets.state.UseGroups = true;
+    targets.state.FilePath = dir.file("keep.hvn");
+    const auto noGroups = writeProgramFile(targets.state, *targets.grid);
+    ASSERT_TRUE(noGroups);
+    EXPECT_NE(noGroups->reason.find("no groups are set up"), std::string::npos);
+    EXPECT_EQ(readBytes(dir.file("keep.hvn")), "old");
 }
 
 }  // namespace

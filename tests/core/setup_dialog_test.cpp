@@ -101,6 +101,7 @@ TEST_F(SetupDialog, SwitchingModeUnderAChangedProgramAsks) {
         "ask: Halvane: Switching between Groups and Targets will close file. File is Changed do you want to "
         "save?";
     const std::string saveDialog = "save dialog: All Files (*.*)|*.*|Halvane(*.hvn)|*.hvn #2";
+    state.NumGroups = 2;  // a Program switched to groups without any cannot be saved
     // `file`: the Save dialog's choice, nullptr for its Cancel; `closes`: the dialog, the Program with it.
     // clang-format off
     const struct { Answer answer; const char* file; bool closes; std::string last; } cases[] = {

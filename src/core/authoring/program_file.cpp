@@ -109,6 +109,11 @@ std::optional<ProgramFileError> writeProgramFile(const SharedState& state, const
         error.reason = "no file name was given.";
         return error;
     }
+    // "Groups",0 reads back as a Program of targets, so groups without a single one cannot be written.
+    if (state.UseGroups && state.NumGroups < 1) {
+        error.reason = "the Program is set to groups, but no groups are set up.";
+        return error;
+    }
     const int columns = programColumns(state);
     if (state.NumSeconds + 1 > grid.Rows() || columns + 1 > grid.Cols()) {
         error.reason = "the Program on the screen does not have the " + std::to_string(state.NumSeconds) +
