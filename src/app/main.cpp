@@ -10,7 +10,7 @@
 #include <memory>
 
 #include "authoring/about_box.h"
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "authoring/startup.h"
 #include "main_window_view.h"
 #include "platform/console_links.h"

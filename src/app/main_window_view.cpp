@@ -9,7 +9,7 @@
 #include <QMenu>
 #include <QMenuBar>
 
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "grid_table_model.h"
 #include "platform/guarded_application.h"
 #include "platform/twips.h"

@@ -14,7 +14,7 @@
 #include "dialog_parts.h"
 #include "platform/guarded_application.h"
 
-#include "authoring/setup_dialog.h"
+#include "console/setup_dialog.h"
 
 namespace halvane::app {
 

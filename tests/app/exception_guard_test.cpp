@@ -9,8 +9,8 @@
 #include <stdexcept>
 
 #include "../core/scripted_operator.h"
-#include "authoring/main_window.h"
-#include "fault.h"
+#include "console/main_window.h"
+#include "text/fault.h"
 #include "main_window_view.h"
 #include "platform/guarded_application.h"
 #include "platform/qt_operator.h"

@@ -5,7 +5,7 @@
 #include <QtTest>
 
 #include "../core/scripted_operator.h"
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "grid_table_model.h"
 #include "main_window_view.h"
 #include "program_table_view.h"

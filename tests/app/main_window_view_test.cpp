@@ -8,7 +8,7 @@
 #include <QtTest>
 
 #include "../core/scripted_operator.h"
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "grid_table_model.h"
 #include "main_window_view.h"
 #include "platform/twips.h"

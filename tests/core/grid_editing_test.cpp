@@ -1,6 +1,6 @@
 // Clicks, the Delete key and Insert Pause on the Program grid, in both click interfaces.
 
-#include "fault.h"
+#include "text/fault.h"
 #include "program_fixture.h"
 
 namespace halvane {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "scripted_operator.h"
 #include "temp_dir.h"
 

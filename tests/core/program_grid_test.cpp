@@ -5,7 +5,7 @@
 
 #include "authoring/grid_setup.h"
 #include "authoring/program_grid.h"
-#include "fault.h"
+#include "text/fault.h"
 
 namespace halvane {
 namespace {

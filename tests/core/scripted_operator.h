@@ -9,10 +9,10 @@
 
 #include "authoring/about_box.h"
 #include "authoring/face_time.h"
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "authoring/operator.h"
 #include "authoring/program_setup.h"
-#include "authoring/setup_dialog.h"
+#include "console/setup_dialog.h"
 #include "authoring/window_position.h"
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"

@@ -1,7 +1,7 @@
 // The Setup dialog: what it shows, its buttons' limits, what OK stores, and the switch between
 // Groups and Target Numbers under a changed Program.
 
-#include "authoring/setup_dialog.h"
+#include "console/setup_dialog.h"
 
 #include "program_fixture.h"
 #include "temp_dir.h"

@@ -7,7 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "operator_script.h"
 #include "platform/guarded_application.h"
 #include "scratch_range.h"

@@ -5,7 +5,7 @@
 #include <exception>
 
 #include "authoring/about_box.h"
-#include "fault.h"
+#include "text/fault.h"
 
 namespace halvane::app {
 

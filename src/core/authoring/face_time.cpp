@@ -2,7 +2,7 @@
 
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
-#include "fault.h"
+#include "text/fault.h"
 #include "text/conversions.h"
 
 namespace halvane {

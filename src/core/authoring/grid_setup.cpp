@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "fault.h"
+#include "text/fault.h"
 
 namespace halvane {
 

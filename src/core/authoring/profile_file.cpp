@@ -1,13 +1,10 @@
 // Private-profile keys over a file's bytes, and the file forms that replace hvn.cfg whole or not at all.
 #include "authoring/profile_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <optional>
 #include <system_error>
+
+#include "text/system_files.h"
 
 namespace halvane {
 namespace {
@@ -126,73 +123,6 @@ Place locate(std::string_view content, std::string_view section, std::string_vie
     return p;
 }
 
-// What reading a file found: missing is fine (empty), unreadable is not.
-struct FileBytes {
-    enum class State { Missing, Present, Unreadable } state = State::Missing;
-    std::string bytes;
-    mode_t mode = 0;
-};
-
-FileBytes loadFile(const std::filesystem::path& file) {
-    FileBytes f;
-    const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) {
-        f.state = errno == ENOENT ? FileBytes::State::Missing : FileBytes::State::Unreadable;
-        return f;
-    }
-    struct stat st {};
-    f.state = ::fstat(fd, &st) == 0 && S_ISREG(st.st_mode) ? FileBytes::State::Present
-                                                           : FileBytes::State::Unreadable;
-    f.mode = st.st_mode & 07777;
-    char buf[8192];
-    while (f.state == FileBytes::State::Present) {
-        const ssize_t n = ::read(fd, buf, sizeof buf);
-        if (n > 0) {
-            f.bytes.append(buf, static_cast<std::size_t>(n));
-        } else if (n == 0) {
-            break;
-        } else if (errno != EINTR) {
-            f.state = FileBytes::State::Unreadable;
-        }
-    }
-    ::close(fd);
-    if (f.state != FileBytes::State::Present) f.bytes.clear();
-    return f;
-}
-
-bool writeAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t n = ::write(fd, bytes.data(), bytes.size());
-        if (n < 0) {
-            if (errno == EINTR) continue;
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(n));
-    }
-    return true;
-}
-
-// Writes a temporary file beside `file` and renames it over, so a failed write leaves the old file
-// whole. `mode` carries the old file's permissions; a new file gets the usual ones (0666 less umask).
-bool replaceFile(const std::filesystem::path& file, std::string_view bytes, std::optional<mode_t> mode) {
-    static unsigned counter = 0;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        std::filesystem::path temp = file;
-        temp += ".tmp" + std::to_string(::getpid()) + "-" + std::to_string(counter++);
-        const int fd = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd < 0) {
-            if (errno == EEXIST) continue;
-            return false;
-        }
-        bool ok = (!mode || ::fchmod(fd, *mode) == 0) && writeAll(fd, bytes) && ::fsync(fd) == 0;
-        ok = ::close(fd) == 0 && ok;
-        if (ok && ::rename(temp.c_str(), file.c_str()) == 0) return true;
-        ::unlink(temp.c_str());
-        return false;
-    }
-    return false;
-}
-
 }  // namespace
 
 std::string profileRead(std::string_view content, std::string_view section, std::string_view key) {
@@ -245,8 +175,8 @@ bool WriteIni(const std::filesystem::path& file, std::string_view section, std::
     if (old.state == FileBytes::State::Present && next == old.bytes) return true;
     // A first write into the user's configuration folder may have to create it.
     if (target.has_parent_path()) std::filesystem::create_directories(target.parent_path(), ec);
-    const std::optional<mode_t> mode =
-        old.state == FileBytes::State::Present ? std::optional<mode_t>(old.mode) : std::nullopt;
+    const std::optional<unsigned> mode =
+        old.state == FileBytes::State::Present ? std::optional<unsigned>(old.mode) : std::nullopt;
     return replaceFile(target, next, mode);
 }
 

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "authoring/grid_setup.h"
-#include "fault.h"
+#include "text/fault.h"
 #include "text/conversions.h"
 #include "text/input_fields.h"
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "fault.h"
+#include "text/fault.h"
 
 namespace halvane {
 

@@ -1,14 +1,12 @@
 // Start-up: hvn.cfg into the shared state, key by key in the console's order, and where hvn.cfg lives.
 #include "authoring/startup.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <system_error>
 
 #include "authoring/profile_file.h"
 #include "text/conversions.h"
+#include "text/system_files.h"
 
 namespace halvane {
 namespace {
@@ -142,20 +140,15 @@ std::filesystem::path locateConfig(const std::filesystem::path& exeDir,
 std::filesystem::path locateConfig(const std::filesystem::path& exeDir,
                                    const std::filesystem::path& userConfigDir,
                                    const std::optional<std::filesystem::path>& override) {
-    return locateConfig(exeDir, userConfigDir, override,
-                        [](const std::filesystem::path& dir) { return ::access(dir.c_str(), W_OK) == 0; });
+    return locateConfig(exeDir, userConfigDir, override, folderWritable);
 }
 
 std::filesystem::path userConfigDir() {
     // XDG asks that a relative XDG_CONFIG_HOME be ignored.
     const char* xdg = std::getenv("XDG_CONFIG_HOME");
     if (xdg && xdg[0] == '/') return std::filesystem::path(xdg) / "halvane";
-    const char* home = std::getenv("HOME");
-    if (!home || !home[0]) {
-        const passwd* pw = ::getpwuid(::getuid());
-        home = pw ? pw->pw_dir : nullptr;
-    }
-    return std::filesystem::path(home ? home : ".") / ".config" / "halvane";
+    const std::string home = homeFolder();
+    return std::filesystem::path(home.empty() ? "." : home) / ".config" / "halvane";
 }
 
 std::filesystem::path executableDir() {

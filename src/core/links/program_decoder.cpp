@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "fault.h"
+#include "text/fault.h"
 
 namespace halvane {
 

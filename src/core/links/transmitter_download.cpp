@@ -6,7 +6,7 @@
 
 #include "authoring/about_box.h"
 #include "authoring/grid_setup.h"
-#include "fault.h"
+#include "text/fault.h"
 
 namespace halvane {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "authoring/menu_item.h"
+#include "console/menu_item.h"
 #include "authoring/operator.h"
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"

@@ -1,4 +1,4 @@
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 
 #include <filesystem>
 #include <stdexcept>
@@ -8,8 +8,8 @@
 #include "authoring/grid_setup.h"
 #include "authoring/program_file.h"
 #include "authoring/program_setup.h"
-#include "authoring/setup_dialog.h"
-#include "fault.h"
+#include "console/setup_dialog.h"
+#include "text/fault.h"
 #include "links/ethernet_setup.h"
 #include "links/wifi_link.h"
 

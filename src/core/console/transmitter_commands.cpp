@@ -1,7 +1,7 @@
 // Form1's Transmitter menu: Send stores the Program in a place of the transmitter, Download fetches one.
 
 #include "authoring/about_box.h"
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "links/com_port.h"
 #include "links/program_image.h"
 #include "links/transmitter_download.h"

@@ -1,10 +1,10 @@
-#include "authoring/setup_dialog.h"
+#include "console/setup_dialog.h"
 
 #include <initializer_list>
 #include <string>
 
 #include "authoring/about_box.h"
-#include "authoring/main_window.h"
+#include "console/main_window.h"
 #include "authoring/profile_file.h"
 #include "text/conversions.h"
 

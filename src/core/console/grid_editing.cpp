@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "authoring/face_time.h"
-#include "authoring/main_window.h"
-#include "fault.h"
+#include "console/main_window.h"
+#include "text/fault.h"
 
 namespace halvane {
 
