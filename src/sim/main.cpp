@@ -124,12 +124,12 @@ int main(int argc, char** argv) {
         const std::string_view value = args[++i];
         const std::string bad = "bad " + std::string(arg) + " " + std::string(value);
         if (arg == "--targets") {
-            const auto n = parseInt(value, 1, 200);
+            const auto n = parseInt(value, 1, Range::kMaxTargets);
             if (!n) return usage(bad);
             targets = *n;
         } else if (arg == "--serial") {
             const auto equals = value.find('=');
-            const auto target = parseInt(value.substr(0, equals), 1, 200);
+            const auto target = parseInt(value.substr(0, equals), 1, Range::kMaxTargets);
             const auto serial = equals == std::string_view::npos
                                     ? std::nullopt
                                     : parseInt(value.substr(equals + 1), 0, 999998);

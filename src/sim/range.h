@@ -28,10 +28,12 @@
 #include <string>
 #include <vector>
 
+#include "text/wire_vocabulary.h"
+
 namespace halvane::sim {
 
 // The action codes, which are also the faces a target shows.
-enum class Face : std::uint8_t { Down = 0xF0, Edge = 0xF1, Foe = 0xF2, Friend = 0xF3 };
+using Face = wire::Action;
 
 namespace parameter {
 inline constexpr int kHitSense = 1;
@@ -78,7 +80,7 @@ struct TargetView {
 // The targets of one range, behind one lock.
 class Range {
   public:
-    static constexpr int kMaxTargets = 200;
+    static constexpr int kMaxTargets = wire::kMaxTargets;
     static constexpr std::int32_t kMaxSerial = 999998;
     // Serial number of a target whose serial was not given: this plus its slot.
     static constexpr std::int32_t kDefaultSerialBase = 10000;

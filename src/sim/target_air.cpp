@@ -18,20 +18,10 @@ std::string sixByteReply(std::uint8_t command, const Target& t, std::uint8_t val
 }  // namespace
 
 int frameLength(std::uint8_t command) {
-    switch (command) {
-        case 0xF0:
-        case 0xF1:
-        case 0xF2:
-        case 0xF3:
-        case 0xFA:
-        case 0xFB:
-            return 2;
-        case 0xF4:
-        case 0xF6:
-            return 6;
-        default:
-            return 0;
-    }
+    if (wire::actionOfByte(command) || command == wire::kScoreQuery || command == wire::kClearScores)
+        return wire::kAddressedFrameLength;
+    if (command == wire::kLookup || command == wire::kParameterAccess) return wire::kParameterFrameLength;
+    return 0;
 }
 
 std::vector<std::string> hearFrame(Range& range, std::string_view frame, int channel) {
@@ -46,26 +36,24 @@ std::vector<std::string> hearFrame(Range& range, std::string_view frame, int cha
             if (t.channel() != channel) continue;
             const bool numbered = byte(1) == t.number();
             const bool all = byte(1) == kAddressAll;
+            if (const auto action = wire::actionOfByte(command)) {
+                if (numbered || all) t.face = *action;
+                continue;
+            }
             switch (command) {
-                case 0xF0:
-                case 0xF1:
-                case 0xF2:
-                case 0xF3:
-                    if (numbered || all) t.face = static_cast<Face>(command);
-                    break;
-                case 0xFA:
+                case wire::kScoreQuery:
                     if (all) t.hits = 0;
                     if (numbered)
                         replies.push_back({static_cast<char>(kScoreReply), static_cast<char>(t.hits)});
                     break;
-                case 0xFB:
+                case wire::kClearScores:
                     if (numbered || all) t.hits = 0;
                     break;
-                case 0xF4:
+                case wire::kLookup:
                     if (numbered)
                         replies.push_back(sixByteReply(command, t, static_cast<std::uint8_t>(t.number())));
                     break;
-                case 0xF6: {
+                case wire::kParameterAccess: {
                     const auto s = t.serialBytes();
                     if (byte(1) != s[0] || byte(2) != s[1] || byte(3) != s[2]) break;
                     const int index = byte(4);

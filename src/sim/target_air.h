@@ -22,12 +22,13 @@
 #include <vector>
 
 #include "sim/range.h"
+#include "text/wire_vocabulary.h"
 
 namespace halvane::sim {
 
-inline constexpr std::uint8_t kAddressAll = 0xE7;
-inline constexpr std::uint8_t kReadMarker = 0xED;
-inline constexpr std::uint8_t kScoreReply = 0xEA;
+using wire::kAddressAll;
+using wire::kReadMarker;
+using wire::kScoreReply;
 
 // Length of the frame that starts with this byte, command included; 0 for a byte that starts none.
 int frameLength(std::uint8_t command);

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "text/wire_vocabulary.h"
+
 namespace halvane {
 
 // Colours as the grid keeps them: 0x00BBGGRR, or 0x800000nn for one of the system's colours.
@@ -24,10 +26,10 @@ inline constexpr Color ButtonText = 0x80000012;
 }  // namespace colors
 
 namespace words {
-inline constexpr std::string_view Friend = "Friend";
-inline constexpr std::string_view Foe = "Foe";
-inline constexpr std::string_view Edge = "Edge";
-inline constexpr std::string_view Down = "Down";
+inline constexpr std::string_view Friend = wire::wordOfAction(wire::Action::Friend);
+inline constexpr std::string_view Foe = wire::wordOfAction(wire::Action::Foe);
+inline constexpr std::string_view Edge = wire::wordOfAction(wire::Action::Edge);
+inline constexpr std::string_view Down = wire::wordOfAction(wire::Action::Down);
 inline constexpr std::string_view Pause = "Pause";
 }  // namespace words
 

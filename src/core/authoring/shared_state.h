@@ -6,11 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "text/wire_vocabulary.h"
+
 namespace halvane {
 
 struct SharedState {
-    static constexpr int kMaxTargets = 200;
-    static constexpr int kMaxSeconds = 32765;
+    static constexpr int kMaxTargets = wire::kMaxTargets;
+    static constexpr int kMaxSeconds = wire::kMaxSeconds;
     static constexpr int kNumPorts = 16;
 
     std::int16_t NumTargets = 0;

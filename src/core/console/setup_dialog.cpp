@@ -4,14 +4,15 @@
 #include <string>
 
 #include "authoring/about_box.h"
-#include "console/main_window.h"
 #include "authoring/profile_file.h"
+#include "console/main_window.h"
 #include "text/conversions.h"
+#include "text/wire_vocabulary.h"
 
 namespace halvane {
 
 namespace {
-constexpr int kMaxTargets = 200;
+constexpr int kMaxTargets = wire::kMaxTargets;
 constexpr int kMaxCols = 30;
 }  // namespace
 

@@ -4,17 +4,18 @@
 #include <string>
 
 #include "text/fault.h"
+#include "text/wire_vocabulary.h"
 
 namespace halvane {
 
 namespace {
 
-constexpr std::uint8_t kFriend = 0xF3;
-constexpr std::uint8_t kFoe = 0xF2;
-constexpr std::uint8_t kEdge = 0xF1;
-constexpr std::uint8_t kDown = 0xF0;
-constexpr std::uint8_t kDelay = 0xFD;
-constexpr std::uint8_t kPause = 0xFE;
+constexpr std::uint8_t kFriend = wire::byteOf(wire::Action::Friend);
+constexpr std::uint8_t kFoe = wire::byteOf(wire::Action::Foe);
+constexpr std::uint8_t kEdge = wire::byteOf(wire::Action::Edge);
+constexpr std::uint8_t kDown = wire::byteOf(wire::Action::Down);
+using wire::kDelay;
+using wire::kPause;
 
 }  // namespace
 

@@ -20,10 +20,7 @@ namespace {
 // The code of a cell's word, or 0 for text that writes nothing. Pause counts in column 1 only: a
 // Pause row is told by its first cell.
 std::uint32_t actionCode(const std::string& text, int col) {
-    if (text == words::Friend) return image::Friend;
-    if (text == words::Foe) return image::Foe;
-    if (text == words::Edge) return image::Edge;
-    if (text == words::Down) return image::Down;
+    if (const auto action = wire::actionOfWord(text)) return wire::byteOf(*action);
     if (text == words::Pause && col == 1) return image::Pause;
     return 0;
 }
@@ -101,18 +98,9 @@ std::string place(const ImageRecord& r, int col) {
 }
 
 std::string_view wordOf(std::uint32_t code) {
-    switch (code) {
-        case image::Friend:
-            return words::Friend;
-        case image::Foe:
-            return words::Foe;
-        case image::Edge:
-            return words::Edge;
-        case image::Down:
-            return words::Down;
-        default:
-            return {};
-    }
+    if (code > 0xFF) return {};
+    const auto action = wire::actionOfByte(static_cast<std::uint8_t>(code));
+    return action ? wire::wordOfAction(*action) : std::string_view{};
 }
 
 // The block count N is one byte too: an image longer than 255 blocks hold cannot be announced.

@@ -9,17 +9,18 @@
 
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
+#include "text/wire_vocabulary.h"
 
 namespace halvane {
 
-// The codes of the image. They exist only on the transmitter path; the range frames have their own.
+// The codes of the image, as wide as a record's values: the actions are those of the range frames.
 namespace image {
-inline constexpr std::uint32_t Down = 0xF0;
-inline constexpr std::uint32_t Edge = 0xF1;
-inline constexpr std::uint32_t Foe = 0xF2;
-inline constexpr std::uint32_t Friend = 0xF3;
-inline constexpr std::uint32_t Delay = 0xFD;  // operand: seconds since the record before
-inline constexpr std::uint32_t Pause = 0xFE;  // operand: the running number of the Pause
+inline constexpr std::uint32_t Down = wire::byteOf(wire::Action::Down);
+inline constexpr std::uint32_t Edge = wire::byteOf(wire::Action::Edge);
+inline constexpr std::uint32_t Foe = wire::byteOf(wire::Action::Foe);
+inline constexpr std::uint32_t Friend = wire::byteOf(wire::Action::Friend);
+inline constexpr std::uint32_t Delay = wire::kDelay;  // operand: seconds since the record before
+inline constexpr std::uint32_t Pause = wire::kPause;  // operand: the running number of the Pause
 }  // namespace image
 
 // One record of the image, with the grid cell it came from. A delay record carries the row of the
