@@ -4,8 +4,8 @@
 #include <string>
 
 #include "authoring/about_box.h"
-#include "console/main_window.h"
 #include "authoring/profile_file.h"
+#include "console/main_window.h"
 #include "text/conversions.h"
 
 namespace halvane {
