@@ -10,13 +10,14 @@
 #include <memory>
 
 #include "authoring/about_box.h"
-#include "console/main_window.h"
 #include "authoring/startup.h"
+#include "console/main_window.h"
 #include "main_window_view.h"
 #include "platform/console_links.h"
 #include "platform/guarded_application.h"
 #include "platform/qt_operator.h"
 #include "platform/settings_position_store.h"
+#include "simulation/example_program.h"
 #include "simulation/range_window.h"
 #include "simulation/simulated_range.h"
 
@@ -75,6 +76,11 @@ int main(int argc, char** argv) {
     op.setPopupHandler([&window](const std::string& menu) { return window.popup(menu); });
     app.setReporter([&op](const std::string& text, bool) { op.critical(text, kAppTitle); });
     app.setAfterFault([&window] { window.refresh(); });
+    // A newcomer starts on a Program that fits the simulated range rather than on an empty window.
+    if (simulation) {
+        form.LoadProgram({simulation->exampleProgram().string(), app::ExampleProgram::kFileTitle});
+        window.refresh();
+    }
     window.show();
     std::unique_ptr<app::RangeWindow> rangeWindow;
     if (simulation) {

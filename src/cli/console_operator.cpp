@@ -15,8 +15,8 @@ Answer ConsoleOperator::ask(const std::string& text, const std::string& title, B
     return m_answer;
 }
 
-void ConsoleOperator::showModal(FailedBox&) {
-    m_err << FailedBox::Label1 << ". " << FailedBox::Label2 << ".\n";
+void ConsoleOperator::show(Window& window, Modality) {
+    if (dynamic_cast<FailedBox*>(&window)) m_err << FailedBox::Label1 << ". " << FailedBox::Label2 << ".\n";
 }
 
 }  // namespace halvane::cli

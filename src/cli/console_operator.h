@@ -16,14 +16,8 @@ class ConsoleOperator : public Operator {
     std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup&) override { return std::nullopt; }
     std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup&) override { return std::nullopt; }
     void openDocument(const std::string&) override {}
-    void showModal(Settings&) override {}
-    void showModal(AboutBox&) override {}
-    void showModal(Face_time&) override {}
-    void showModal(frmDisplay&) override {}
-    void showModal(frmEthernetSetup&) override {}
-    void showModal(ProgramNumberDialog&) override {}
-    void showModal(ProgressWindow&) override {}
-    void showModal(FailedBox&) override;
+    // Only the failure window has words for the command line; the rest are never shown here.
+    void show(Window& window, Modality modality) override;
     std::string showPopup(const std::string&) override { return {}; }
 
   private:

@@ -44,7 +44,7 @@ void runOnPort(Dialogue& dialogue, PosixSerialPort& port, Operator& op) {
 void tellFailure(bool lineLost, const PosixSerialPort& port, const std::string& device, Operator& op) {
     if (lineLost) std::cerr << "The line to " << device << " was lost: " << port.lostReason() << ".\n";
     FailedBox box;
-    op.showModal(box);
+    op.show(box);
 }
 
 // Opens the port of the options (or of the configuration) and answers its device, or nothing.

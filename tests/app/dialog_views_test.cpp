@@ -26,7 +26,7 @@ void click(QWidget* dialog, const char* name) {
 }
 
 // A main window with a new Program of 4 targets and 30 seconds.
-struct Program : halvane::testing::Window {
+struct Program : halvane::testing::Console {
     Program() { newProgram(4, "30"); }
 };
 }  // namespace

@@ -16,7 +16,7 @@ using halvane::testing::ScriptedOperator;
 class GridEditingViewTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<halvane::testing::Window> window;
+    std::unique_ptr<halvane::testing::Console> window;
     std::unique_ptr<app::MainWindowView> view;
 
     app::ProgramTableView* table() { return view->table(); }
@@ -39,13 +39,13 @@ class GridEditingViewTest : public QObject {
 
   private slots:
     void init() {
-        window = std::make_unique<halvane::testing::Window>();
+        window = std::make_unique<halvane::testing::Console>();
         window->state.NumTargets = 3;
         view = std::make_unique<app::MainWindowView>(window->form);
         view->resize(800, 600);
         view->show();
         QVERIFY(QTest::qWaitForWindowExposed(view.get()));
-        window->op.settingsScript.push_back(ScriptedOperator::typeAndOk("20"));
+        window->op.script<Settings>(ScriptedOperator::typeAndOk("20"));
         view->runCommand("M_New");
         window->op.log.clear();
     }
@@ -62,7 +62,7 @@ class GridEditingViewTest : public QObject {
         clickCell(6, 3, Qt::LeftButton, Qt::ControlModifier);
         QCOMPARE(table()->gridModel()->index(5, 2).data(Qt::BackgroundRole).value<QColor>(),
                  table()->palette().color(QPalette::Highlight));
-        window->op.faceTimeScript.push_back(chooseFriend);
+        window->op.script<Face_time>(chooseFriend);
         clickCell(10, 2, Qt::RightButton);
         QCOMPARE(window->grid().TextMatrix(3, 1), std::string("Friend"));
         QCOMPARE(window->grid().TextMatrix(6, 3), std::string("Friend"));

@@ -22,7 +22,7 @@ class MainWindowViewTest : public QObject {
 
   private slots:
     void menuBarFollowsTheModel() {
-        halvane::testing::Window w;
+        halvane::testing::Console w;
         w.state.RadioLMC = true;
         app::MainWindowView view(w.form);
         QStringList shown;
@@ -37,7 +37,7 @@ class MainWindowViewTest : public QObject {
     }
 
     void openShowsTheProgramWithColoursAndMergedPauseRow() {
-        halvane::testing::Window w;
+        halvane::testing::Console w;
         app::MainWindowView view(w.form);
         view.resize(900, 600);
         w.op.files = {ChosenFile{HALVANE_TEST_DATA "/mixed.hvn", "mixed.hvn"}};
@@ -67,7 +67,7 @@ class MainWindowViewTest : public QObject {
     // New, Open of a bad file and Add Time each let go of or reshape the grid while a dialog's event loop
     // may paint the table: every paint must find the grid the model holds at that moment.
     void dialogsThatPaintWhileTheGridIsReplacedFindTheCurrentGrid() {
-        halvane::testing::Window w;
+        halvane::testing::Console w;
         w.state.NumTargets = 3;
         app::MainWindowView view(w.form);
         view.resize(900, 600);
@@ -79,23 +79,23 @@ class MainWindowViewTest : public QObject {
                 then(d);
             };
         };
-        w.op.settingsScript.push_back(paintThen(ScriptedOperator::typeAndOk("30")));
+        w.op.script<Settings>(paintThen(ScriptedOperator::typeAndOk("30")));
         view.runCommand("M_New");
-        w.op.settingsScript.push_back(paintThen(ScriptedOperator::typeAndOk("12")));
+        w.op.script<Settings>(paintThen(ScriptedOperator::typeAndOk("12")));
         view.runCommand("M_New");  // the first Program goes while this dialog paints
         QCOMPARE(view.table()->gridModel()->rowCount(), 13);
-        w.op.settingsScript.push_back(paintThen(ScriptedOperator::typeAndOk("4")));
+        w.op.script<Settings>(paintThen(ScriptedOperator::typeAndOk("4")));
         view.runCommand("M_Time");
         QCOMPARE(view.table()->gridModel()->rowCount(), 5);
         view.grab();
         w.op.answers = {Answer::No};  // the new length is a change
-        w.op.settingsScript.push_back(paintThen([](Settings& d) { d.CancelButton(); }));
+        w.op.script<Settings>(paintThen([](Settings& d) { d.CancelButton(); }));
         view.runCommand("M_New");
         QVERIFY(!view.table()->isVisibleTo(&view) && view.table()->gridModel()->rowCount() == 0);
     }
 
     void closeBoxWithChangesAsksAndCancelKeepsTheWindow() {
-        halvane::testing::Window w;
+        halvane::testing::Console w;
         app::MainWindowView view(w.form);
         view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&view));

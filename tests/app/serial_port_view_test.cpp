@@ -113,7 +113,7 @@ class SerialPortViewTest : public QObject {
             goneNow = true;
         });
         SendProgram send(std::string(900, '\x01'), 4);
-        ProgressWindow window{"Sending", "Sending to LMC", "Please Wait", send, port};
+        ProgressWindow window("Sending", "Sending to LMC", send, port);
         app::ProgressView view(window, op);
         view.exec();
         transmitter.join();

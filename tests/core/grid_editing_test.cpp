@@ -16,7 +16,7 @@ struct GridEditing : testing::ProgramFixture {
     }
     // Face Time answers by choosing Friend for one second.
     void faceTimeChoosesFriend() {
-        op.faceTimeScript.push_back([](Face_time& d) {
+        op.script<Face_time>([](Face_time& d) {
             d.setFirst(Face_time::OptFriend);
             d.OKButton();
         });
@@ -82,7 +82,7 @@ TEST_F(GridEditing, HighlightsGatherAndARightClickAppliesToThemAll) {
 TEST_F(GridEditing, SecondsColumnHighlightsTheRowForThePopupsCommands) {
     // Face Time from the popup leaves the whole row highlighted.
     op.popupChoices = {"M_Face"};
-    op.faceTimeScript.push_back([](Face_time& d) { d.CancelButton(); });
+    op.script<Face_time>([](Face_time& d) { d.CancelButton(); });
     form.grdInfo_MouseDown(kLeft, 0, 12, 0);
     EXPECT_EQ(op.log, (std::vector<std::string>{"popup: Popup_Menu", "show: Face Time"}));
     for (int col = 1; col <= 4; ++col) {
@@ -176,7 +176,7 @@ TEST_F(GridEditing, CursorKeysMoveTheCurrentCellThatDeleteActsOn) {
 TEST_F(GridEditing, AShorterProgramForgetsHighlightsPastItsEnd) {
     // Right-click interface: a highlight in row 31, then Add Time down to 10 seconds.
     clicks({{kLeft, kCtrl, 31, 1}, {kLeft, kCtrl, 9, 2}});
-    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("10"));
+    op.script<Settings>(testing::ScriptedOperator::typeAndOk("10"));
     form.M_Time();
     EXPECT_EQ(std::make_tuple(grid().Rows(), int{state.SelRow[1]}, int{state.SelRow[2]}),
               std::make_tuple(12, 0, 9))
@@ -189,7 +189,7 @@ TEST_F(GridEditing, AShorterProgramForgetsHighlightsPastItsEnd) {
 
     // The same length again changes nothing.
     state.FileChanged = false;
-    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("10"));
+    op.script<Settings>(testing::ScriptedOperator::typeAndOk("10"));
     form.M_Time();
     EXPECT_FALSE(state.FileChanged);
 }
@@ -210,7 +210,7 @@ TEST_F(GridEditing, TheCornerCellHighlightsTheCurrentRowAndAProgramWithoutColumn
     EXPECT_EQ(op.log.back(), "popup: Popup_Menu");
     for (int col = 1; col <= 4; ++col) EXPECT_EQ(state.SelRow[static_cast<std::size_t>(col)], 7);
 
-    testing::Window empty;
+    testing::Console empty;
     empty.newProgram(0, "5");
     ASSERT_EQ(empty.grid().Cols(), 1);
     for (int key : {46, 37, 40, 35}) empty.form.grdInfo_KeyDown(key, 0);

@@ -17,7 +17,7 @@ const std::string kPrompt = "ask: Halvane: File is Changed do you want to save?"
 const std::string kPromptDialog = "save dialog: All Files (*.*)|*.*|Halvane(*.hvn)|*.hvn #2";
 const std::string kOpenDialog = "open dialog: Halvane(*.hvn)|*.hvn #1";
 
-struct MainWindow : ::testing::Test, testing::Window {
+struct MainWindow : ::testing::Test, testing::Console {
     testing::TempDir dir;
 
     void SetUp() override {
@@ -25,7 +25,7 @@ struct MainWindow : ::testing::Test, testing::Window {
         form.Load();
     }
     void newFile(const std::string& length) {
-        op.settingsScript.push_back(ScriptedOperator::typeAndOk(length));
+        op.script<Settings>(ScriptedOperator::typeAndOk(length));
         form.M_New();
     }
     void changeSomething() {
@@ -80,7 +80,7 @@ TEST_F(MainWindow, NewAndAddTimeAskTheLengthAndShapeTheGrid) {
               std::make_tuple(14, 5, std::string("LM47 Programer "), 3));
     EXPECT_EQ(op.log, std::vector<std::string>{"show: Program Setup 30"});
     // Add Time shows the current length and reshapes the grid.
-    op.settingsScript.push_back(ScriptedOperator::typeAndOk("20"));
+    op.script<Settings>(ScriptedOperator::typeAndOk("20"));
     form.M_Time();
     EXPECT_EQ(op.log.back(), "show: Program Setup 12");
     EXPECT_EQ(form.grid()->Rows(), 22);
@@ -94,7 +94,7 @@ TEST_F(MainWindow, NewAndAddTimeAskTheLengthAndShapeTheGrid) {
 }
 
 TEST_F(MainWindow, ProgramSetupCancelZeroAndTooLongChangeNothing) {
-    op.settingsScript.push_back([](Settings& d) { d.CancelButton(); });
+    op.script<Settings>([](Settings& d) { d.CancelButton(); });
     form.M_New();
     EXPECT_EQ(std::make_tuple(state.GridLoaded, form.Caption(), programMenus()),
               std::make_tuple(false, std::string("LM47 Programer "), 0));
@@ -103,7 +103,7 @@ TEST_F(MainWindow, ProgramSetupCancelZeroAndTooLongChangeNothing) {
 
     // Too long: refused with a message, the dialog stays open until the operator cancels.
     op.log.clear();
-    op.settingsScript.push_back([](Settings& d) {
+    op.script<Settings>([](Settings& d) {
         for (const char* length : {"32766", "40000"}) {
             d.Text1 = length;
             d.OKButton();
@@ -265,7 +265,7 @@ TEST_F(MainWindow, ExitAsksOnlyWhenChangedAndEndsAtOnceAfterTheQuestion) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        testing::Window w;
+        testing::Console w;
         w.newProgram(4, "3");
         w.state.FileChanged = c.changed;
         w.op.answers = {c.answer};

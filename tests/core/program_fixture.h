@@ -13,7 +13,7 @@
 
 namespace halvane::testing {
 
-class ProgramFixture : public ::testing::Test, public Window {
+class ProgramFixture : public ::testing::Test, public Console {
   protected:
     void SetUp() override { newProgram(4, "30"); }
 

@@ -3,17 +3,19 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <typeindex>
 #include <vector>
 
 #include "authoring/about_box.h"
 #include "authoring/face_time.h"
-#include "console/main_window.h"
 #include "authoring/operator.h"
 #include "authoring/program_setup.h"
-#include "console/setup_dialog.h"
 #include "authoring/window_position.h"
+#include "console/main_window.h"
+#include "console/setup_dialog.h"
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"
 
@@ -24,7 +26,6 @@ class ScriptedOperator : public Operator {
     std::vector<std::string> log;  // "tell: title: text", "ask: title: text", "save dialog: filter #index"
     std::deque<Answer> answers;
     std::deque<std::optional<ChosenFile>> files;
-    std::deque<std::function<void(Settings&)>> settingsScript;
     std::vector<std::string> opened;
 
     void tell(const std::string& text, const std::string& title) override {
@@ -41,28 +42,27 @@ class ScriptedOperator : public Operator {
         return choose("save dialog: ", setup);
     }
     void openDocument(const std::string& path) override { opened.push_back(path); }
-    void showModal(Settings& dialog) override {
-        play(settingsScript, dialog, std::string(Settings::Caption) + " " + dialog.Text1);
+    // A window is answered by its type: the next script of that type runs on it, and the log names it.
+    void show(halvane::Window& window, Modality modality) override {
+        const auto known = m_windows.find(typeid(window));
+        if (known == m_windows.end())
+            throw std::logic_error(std::string("unknown window ") + typeid(window).name());
+        const std::string what = known->second.describe(window);
+        log.push_back((modality == Modality::Modal ? "show: " : "show modeless: ") + what);
+        if (known->second.scripted) next(known->second.script, "unexpected dialog " + what)(window);
     }
-    void showModal(AboutBox& d) override { log.push_back("show: " + d.Caption + " " + d.lblVersion); }
-    void showModal(Face_time& dialog) override { play(faceTimeScript, dialog, Face_time::Caption); }
-    void showModal(frmDisplay& dialog) override { play(setupScript, dialog, frmDisplay::Caption); }
-    void showModal(ProgramNumberDialog& d) override { play(numberScript, d, d.Caption + " " + d.Text1); }
-    void showModal(ProgressWindow& window) override { play(progressScript, window, window.Caption); }
-    void showModal(FailedBox&) override { log.push_back(std::string("show: ") + FailedBox::Caption); }
-    void showModal(frmEthernetSetup& d) override { play(ethernetScript, d, frmEthernetSetup::Caption); }
     std::string showPopup(const std::string& menu) override {
         log.push_back("popup: " + menu);
         return popupChoices.empty() ? "" : next(popupChoices, "");
     }
 
+    // What the operator does in the next window of type Dialog before it closes.
     template <class Dialog>
-    using Script = std::function<void(Dialog&)>;
-    std::deque<Script<Face_time>> faceTimeScript;
-    std::deque<Script<frmDisplay>> setupScript;
-    std::deque<Script<frmEthernetSetup>> ethernetScript;
-    std::deque<Script<ProgramNumberDialog>> numberScript;
-    std::deque<Script<ProgressWindow>> progressScript;
+    void script(std::function<void(Dialog&)> step) {
+        m_windows.at(typeid(Dialog)).script.push_back([step = std::move(step)](halvane::Window& w) {
+            step(static_cast<Dialog&>(w));
+        });
+    }
     std::deque<std::string> popupChoices;  // "" closes the popup with no choice
 
     // A script for the Program Setup dialog.
@@ -73,7 +73,32 @@ class ScriptedOperator : public Operator {
         };
     }
 
+    ScriptedOperator() {
+        knows<Settings>([](Settings& d) { return std::string(Settings::Caption) + " " + d.Text1; });
+        knows<AboutBox>([](AboutBox& d) { return d.Caption + " " + d.lblVersion; }, false);
+        knows<Face_time>([](Face_time&) { return std::string(Face_time::Caption); });
+        knows<frmDisplay>([](frmDisplay&) { return std::string(frmDisplay::Caption); });
+        knows<ProgramNumberDialog>([](ProgramNumberDialog& d) { return d.Caption + " " + d.Text1; });
+        knows<ProgressWindow>([](ProgressWindow& w) { return w.Caption; });
+        knows<FailedBox>([](FailedBox&) { return std::string(FailedBox::Caption); }, false);
+        knows<frmEthernetSetup>([](frmEthernetSetup&) { return std::string(frmEthernetSetup::Caption); });
+    }
+
   private:
+    // How a type of window is named in the log, and whether each show of it needs a script (the
+    // windows with only an OK button close by themselves).
+    struct Answering {
+        std::function<std::string(halvane::Window&)> describe;
+        bool scripted = true;
+        std::deque<std::function<void(halvane::Window&)>> script;
+    };
+    template <class Dialog, class Describe>
+    void knows(Describe describe, bool scripted = true) {
+        m_windows[typeid(Dialog)] = {
+            [describe](halvane::Window& w) { return describe(static_cast<Dialog&>(w)); }, scripted, {}};
+    }
+    std::map<std::type_index, Answering> m_windows;
+
     // The next scripted reply; running out of them is a fault of the test.
     template <class T>
     static T next(std::deque<T>& script, const std::string& unexpected) {
@@ -81,11 +106,6 @@ class ScriptedOperator : public Operator {
         T reply = std::move(script.front());
         script.pop_front();
         return reply;
-    }
-    template <class Dialog>
-    void play(std::deque<Script<Dialog>>& script, Dialog& dialog, const std::string& what) {
-        log.push_back("show: " + what);
-        next(script, "unexpected dialog " + what)(dialog);
     }
     std::optional<ChosenFile> choose(const std::string& what, const FileDialogSetup& setup) {
         log.push_back(what + setup.filter + " #" + std::to_string(setup.filterIndex));
@@ -120,7 +140,7 @@ class MemoryPositionStore : public PositionStore {
 };
 
 // A main window over its own state, answered by a scripted operator.
-struct Window {
+struct Console {
     SharedState state;
     ScriptedOperator op;
     MemoryPositionStore positions;
@@ -130,7 +150,7 @@ struct Window {
     void newProgram(int targets, const std::string& seconds) {
         state.NumTargets = static_cast<std::int16_t>(targets);
         form.Load();
-        op.settingsScript.push_back(ScriptedOperator::typeAndOk(seconds));
+        op.script<Settings>(ScriptedOperator::typeAndOk(seconds));
         form.M_New();
         op.log.clear();
     }

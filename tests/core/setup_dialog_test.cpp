@@ -133,14 +133,14 @@ TEST_F(SetupDialog, SwitchingModeUnderAChangedProgramAsks) {
 TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {
     state.RadioLMC = true;
     form.applyVisibility(false);
-    op.setupScript.push_back([](frmDisplay& d) {
+    op.script<frmDisplay>([](frmDisplay& d) {
         d.cb_LMC = 0;
         d.OKButton();
     });
     form.M_TargetSetup();
     EXPECT_FALSE(form.item("M_Target").visible);
     state.RadioLMC = true;
-    op.setupScript.push_back([](frmDisplay& d) { d.CancelButton(); });
+    op.script<frmDisplay>([](frmDisplay& d) { d.CancelButton(); });
     form.M_TargetSetup();
     EXPECT_TRUE(form.item("M_Target").visible);
     EXPECT_EQ(form.Tag, "False");

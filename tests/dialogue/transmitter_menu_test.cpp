@@ -39,7 +39,7 @@ struct TransmitterMenu : testing::ProgramFixture {
         form.attachLinks(comPort.get(), nullptr);
     }
     void chooseNumber(const std::string& text) {
-        op.numberScript.push_back([text](ProgramNumberDialog& d) {
+        op.script<ProgramNumberDialog>([text](ProgramNumberDialog& d) {
             d.Text1 = text;
             d.OKButton();
         });
@@ -47,7 +47,7 @@ struct TransmitterMenu : testing::ProgramFixture {
     // The progress window runs its dialogue on the port, after time for the device to give up on a
     // dialogue that was cut; `written` is what this run wrote.
     void runOnPort() {
-        op.progressScript.push_back([this](ProgressWindow& w) {
+        op.script<ProgressWindow>([this](ProgressWindow& w) {
             EXPECT_EQ(&w.port, port.get());
             port->now += sim::Transmitter::kIdleReset;
             port->written.clear();
@@ -142,7 +142,7 @@ TEST_F(TransmitterMenu, SendStoresTheProgramAndSaysSoOrShowsTheFailure) {
 }
 
 TEST_F(TransmitterMenu, SendRefusesAnImageThatCannotBeBytesBeforeAnythingGoesOut) {
-    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("400"));
+    op.script<Settings>(testing::ScriptedOperator::typeAndOk("400"));
     form.M_Time();
     put(2, {{1, "Down"}, {300, "Foe"}});
     chooseNumber("1");
@@ -175,7 +175,7 @@ struct LineLoss : TransmitterMenu {};
 // Measured on the console: a line killed after 10, 17, 20 or 30 acknowledgements, or while the overwrite
 // question stood, ended in "sent successful" with nothing stored.
 TEST_F(LineLoss, ASendWhoseLineGoesFailsAtOnceAndStoresNothing) {
-    op.settingsScript.push_back(testing::ScriptedOperator::typeAndOk("1100"));  // 43 blocks
+    op.script<Settings>(testing::ScriptedOperator::typeAndOk("1100"));  // 43 blocks
     form.M_Time();
     for (int row = 1; row <= 1100; ++row)
         for (int col = 1; col <= 4; ++col) put(col, {{row, (row + col) % 2 ? "Friend" : "Foe"}});

@@ -2,19 +2,27 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QUrl>
 
-#include "about_dialog.h"
-#include "ethernet_setup_dialog.h"
-#include "face_time_dialog.h"
-#include "program_setup_dialog.h"
-#include "setup_dialog_view.h"
-#include "transmitter_dialogs.h"
+#include <stdexcept>
+#include <utility>
+
+#include "console_windows.h"
 
 namespace halvane::app {
+
+QtOperator::QtOperator() {
+    addConsoleWindows(m_registry, *this);
+}
+
+// Views still up go before the operator they would call into; their models are told they are gone.
+QtOperator::~QtOperator() {
+    for (auto& [model, view] : std::exchange(m_modeless, {})) delete view.data();
+}
 
 void QtOperator::tell(const std::string& text, const std::string& title) {
     QMessageBox::information(m_parent, QString::fromStdString(title), QString::fromStdString(text));
@@ -66,38 +74,44 @@ void QtOperator::openDocument(const std::string& path) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
 }
 
-namespace {
-// Each model is shown by its own view, modal over the main window.
-template <class View, class... Args>
-void execModal(Args&&... args) {
-    View view(std::forward<Args>(args)...);
-    view.exec();
+void QtOperator::show(Window& window, Modality modality) {
+    if (modality == Modality::Modeless) return showModeless(window);
+    const std::unique_ptr<QWidget> view = m_registry.make(window, m_parent);
+    auto* dialog = qobject_cast<QDialog*>(view.get());
+    if (!dialog)
+        throw std::logic_error("the view of a modal window is not a dialog: " +
+                               view->objectName().toStdString());
+    dialog->exec();
 }
-}  // namespace
 
-void QtOperator::showModal(Settings& dialog) {
-    execModal<ProgramSetupDialog>(dialog, m_parent);
+void QtOperator::showModeless(Window& window) {
+    if (QWidget* open = viewOf(window)) {
+        open->show();
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    QWidget* view = m_registry.make(window, m_parent).release();
+    view->setAttribute(Qt::WA_DeleteOnClose);
+    if (!view->isWindow()) view->setWindowFlag(Qt::Window);
+    m_modeless[&window] = view;
+    // Whichever goes first, the other forgets it: the model going closes the view at once, before
+    // anything could repaint it; the view closed first leaves the model alone.
+    window.setViewCloser([this, model = &window, guard = QPointer<QWidget>(view)] {
+        m_modeless.erase(model);
+        delete guard.data();
+    });
+    QObject::connect(view, &QObject::destroyed, [this, model = &window, alive = window.lifetime()] {
+        if (alive.expired()) return;
+        m_modeless.erase(model);
+        model->setViewCloser({});
+    });
+    view->show();
 }
-void QtOperator::showModal(AboutBox& dialog) {
-    execModal<AboutDialog>(dialog, m_parent);
-}
-void QtOperator::showModal(Face_time& dialog) {
-    execModal<FaceTimeDialog>(dialog, m_parent);
-}
-void QtOperator::showModal(frmDisplay& dialog) {
-    execModal<SetupDialog>(dialog, m_parent);
-}
-void QtOperator::showModal(frmEthernetSetup& dialog) {
-    execModal<EthernetSetupDialog>(dialog, m_parent);
-}
-void QtOperator::showModal(ProgramNumberDialog& dialog) {
-    execModal<ProgramNumberView>(dialog, m_parent);
-}
-void QtOperator::showModal(ProgressWindow& window) {
-    execModal<ProgressView>(window, *this, m_parent);
-}
-void QtOperator::showModal(FailedBox&) {
-    execModal<FailedView>(m_parent);
+
+QWidget* QtOperator::viewOf(const Window& window) const {
+    const auto found = m_modeless.find(&window);
+    return found == m_modeless.end() ? nullptr : found->second.data();
 }
 
 void QtOperator::critical(const std::string& text, const std::string& title) {

@@ -4,13 +4,23 @@
 #include <QPointer>
 #include <QWidget>
 #include <functional>
+#include <unordered_map>
 
 #include "authoring/operator.h"
+#include "platform/window_registry.h"
 
 namespace halvane::app {
 
+// Owns the views it shows: a modal view lives for its exec(), a modeless one until the operator closes
+// it or its model goes, whichever comes first.
 class QtOperator : public Operator {
   public:
+    // With the views of all the console's windows registered.
+    QtOperator();
+    ~QtOperator() override;
+    QtOperator(const QtOperator&) = delete;
+    QtOperator& operator=(const QtOperator&) = delete;
+
     // Dialogs are centred on this window once it exists.
     void setParentWindow(QWidget* parent) { m_parent = parent; }
 
@@ -20,14 +30,11 @@ class QtOperator : public Operator {
     std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) override;
     std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup& setup) override;
     void openDocument(const std::string& path) override;
-    void showModal(Settings& dialog) override;
-    void showModal(AboutBox& dialog) override;
-    void showModal(Face_time& dialog) override;
-    void showModal(frmDisplay& dialog) override;
-    void showModal(frmEthernetSetup& dialog) override;
-    void showModal(ProgramNumberDialog& dialog) override;
-    void showModal(ProgressWindow& window) override;
-    void showModal(FailedBox& box) override;
+    // A model shown modeless again brings its view to the front rather than opening a second one.
+    void show(Window& window, Modality modality = Modality::Modal) override;
+    WindowRegistry& registry() { return m_registry; }
+    // The modeless view showing `window`, if one is up.
+    QWidget* viewOf(const Window& window) const;
     std::string showPopup(const std::string& menu) override;
     // The window that owns the popup menus shows them.
     void setPopupHandler(std::function<std::string(const std::string&)> handler) {
@@ -37,6 +44,9 @@ class QtOperator : public Operator {
 
   private:
     std::optional<ChosenFile> chooseFile(const FileDialogSetup& setup, bool save);
+    void showModeless(Window& window);
+    WindowRegistry m_registry;
+    std::unordered_map<const Window*, QPointer<QWidget>> m_modeless;
     QPointer<QWidget> m_parent;
     std::function<std::string(const std::string&)> m_popup;
 };

@@ -5,6 +5,7 @@
 #include "authoring/profile_file.h"
 #include "links/port_names.h"
 #include "sim/devices.h"
+#include "simulation/example_program.h"
 
 namespace halvane::app {
 
@@ -46,6 +47,10 @@ bool SimulatedRange::start(std::string& error) {
             this, [this, line] { emit logged(line); }, Qt::QueuedConnection);
     });
     writeConfig();
+    if (const auto failed = ExampleProgram::write(exampleProgram(), kTargets)) {
+        error = failed->message();
+        return false;
+    }
     m_thread = std::thread([this] {
         try {
             m_server.run();
@@ -60,6 +65,10 @@ bool SimulatedRange::start(std::string& error) {
 
 std::filesystem::path SimulatedRange::configFile() const {
     return (m_dir.path() + "/hvn.cfg").toStdString();
+}
+
+std::filesystem::path SimulatedRange::exampleProgram() const {
+    return (m_dir.path() + "/" + ExampleProgram::kFileTitle).toStdString();
 }
 
 void SimulatedRange::writeConfig() {

@@ -22,9 +22,12 @@ class SimulatedRange : public QObject {
     explicit SimulatedRange(QObject* parent = nullptr);
     ~SimulatedRange() override;
 
-    // Opens the devices, writes the configuration and starts serving; false with a reason on failure.
+    // Opens the devices, writes the configuration and the example Program, and starts serving; false with a
+    // reason on failure.
     bool start(std::string& error);
     std::filesystem::path configFile() const;
+    // The example Program start() leaves beside the configuration, for the console to open.
+    std::filesystem::path exampleProgram() const;
     sim::Range& range() { return m_range; }
     // Where each device stands, for the window: "transmitter  COM1  /dev/pts/4", ...
     QStringList places() const;

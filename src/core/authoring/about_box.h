@@ -3,11 +3,13 @@
 
 #include <string>
 
+#include "authoring/window.h"
+
 namespace halvane {
 
 inline constexpr const char* kAppTitle = "Halvane";
 
-class AboutBox {
+class AboutBox : public Window {
   public:
     AboutBox();
     std::string Caption;

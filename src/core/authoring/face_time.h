@@ -6,13 +6,14 @@
 #include <string>
 
 #include "authoring/cell_words.h"
+#include "authoring/window.h"
 
 namespace halvane {
 
 class ProgramGrid;
 struct SharedState;
 
-class Face_time {
+class Face_time : public Window {
   public:
     Face_time(SharedState& state, ProgramGrid& grid);
 

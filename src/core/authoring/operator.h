@@ -4,16 +4,9 @@
 #include <optional>
 #include <string>
 
-namespace halvane {
+#include "authoring/window.h"
 
-class Settings;
-class AboutBox;
-class Face_time;
-class frmDisplay;
-class frmEthernetSetup;
-class ProgramNumberDialog;
-struct ProgressWindow;
-struct FailedBox;
+namespace halvane {
 
 enum class Answer { Ok, Yes, No, Cancel };
 enum class Buttons { Ok, YesNo, YesNoCancel };
@@ -44,15 +37,8 @@ class Operator {
     virtual std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup& setup) = 0;
     // Opens a document with the desktop's own program for it.
     virtual void openDocument(const std::string& path) = 0;
-    // Modal dialogs: each returns when the dialog has closed.
-    virtual void showModal(Settings& dialog) = 0;
-    virtual void showModal(AboutBox& dialog) = 0;
-    virtual void showModal(Face_time& dialog) = 0;
-    virtual void showModal(frmDisplay& dialog) = 0;
-    virtual void showModal(frmEthernetSetup& dialog) = 0;
-    virtual void showModal(ProgramNumberDialog& dialog) = 0;
-    virtual void showModal(ProgressWindow& window) = 0;
-    virtual void showModal(FailedBox& box) = 0;
+    // Shows the view of `window`; see Modality and Window for when it returns and who owns what.
+    virtual void show(Window& window, Modality modality = Modality::Modal) = 0;
     // Shows a popup menu at the pointer and waits for it to close; the name of the item chosen, or
     // "" when none was.
     virtual std::string showPopup(const std::string& menu) = 0;

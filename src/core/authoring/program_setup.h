@@ -5,11 +5,13 @@
 #include <optional>
 #include <string>
 
+#include "authoring/window.h"
+
 namespace halvane {
 
 class Operator;
 
-class Settings {
+class Settings : public Window {
   public:
     // Loads the dialog with the current length.
     Settings(std::int16_t numSeconds, Operator& op);

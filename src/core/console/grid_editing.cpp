@@ -144,7 +144,7 @@ void Form1::faceTimeThenClear() {
 void Form1::M_Face() {
     if (!m_grid) return;
     Face_time dialog(m_state, *m_grid);
-    m_operator.showModal(dialog);
+    m_operator.show(dialog);
 }
 
 void Form1::grdInfo_KeyDown(int keyCode, int shift, int pageRows) {

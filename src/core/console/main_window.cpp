@@ -9,9 +9,9 @@
 #include "authoring/program_file.h"
 #include "authoring/program_setup.h"
 #include "console/setup_dialog.h"
-#include "text/fault.h"
 #include "links/ethernet_setup.h"
 #include "links/wifi_link.h"
+#include "text/fault.h"
 
 namespace halvane {
 
@@ -307,7 +307,7 @@ void Form1::M_Time() {
 
 void Form1::showProgramSetup() {
     Settings dialog(m_state.NumSeconds, m_operator);
-    m_operator.showModal(dialog);
+    m_operator.show(dialog);
     const auto seconds = dialog.result();
     if (!seconds) return;
     const bool created = !m_state.GridLoaded || !m_grid;
@@ -396,7 +396,7 @@ void Form1::M_Manual() {
 
 void Form1::M_TargetSetup() {
     frmDisplay dialog(*this);
-    m_operator.showModal(dialog);
+    m_operator.show(dialog);
     // With "True" and LM Series the range layout window follows here, once the range view exists.
     applyVisibility(true);
     gridReshaped();
@@ -405,13 +405,13 @@ void Form1::M_TargetSetup() {
 void Form1::M_Ethernet() {
     if (!m_wifi) return;
     frmEthernetSetup dialog(*m_wifi, m_state.ConfigFile);
-    m_operator.showModal(dialog);
+    m_operator.show(dialog);
     if (!dialog.Unload()) tell("The Wi-Fi settings could not be written to " + m_state.ConfigFile + ".");
 }
 
 void Form1::M_About() {
     AboutBox box;
-    m_operator.showModal(box);
+    m_operator.show(box);
 }
 
 }  // namespace halvane

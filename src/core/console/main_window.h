@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "console/menu_item.h"
 #include "authoring/operator.h"
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
 #include "authoring/window_position.h"
+#include "console/menu_item.h"
 
 namespace halvane {
 

@@ -4,11 +4,13 @@
 
 #include <string>
 
+#include "authoring/window.h"
+
 namespace halvane {
 
 class Form1;
 
-class frmDisplay {
+class frmDisplay : public Window {
   public:
     // Loads the dialog from the shared state.
     explicit frmDisplay(Form1& form);

@@ -19,7 +19,7 @@ void Form1::M_Send() {
     if (!m_comPort->PortOpen()) m_comPort->OpenComPort();
     ProgramNumber = 0;
     ProgramNumberDialog numberDialog("Send");
-    m_operator.showModal(numberDialog);
+    m_operator.show(numberDialog);
     ProgramNumber = static_cast<std::int16_t>(numberDialog.ProgramNumber);
     if (ProgramNumber == 0) return;
     Tag = "True";
@@ -38,12 +38,12 @@ void Form1::M_Send() {
     }
     if (!m_comPort->PortOpen()) m_comPort->OpenComPort();
     SendProgram send(imageBytes(image), ProgramNumber);
-    ProgressWindow window{"Sending", "Sending to LMC", "Please Wait", send, m_comPort->port()};
-    m_operator.showModal(window);
+    ProgressWindow window("Sending", "Sending to LMC", send, m_comPort->port());
+    m_operator.show(window);
     if (send.outcome() == SendProgram::Outcome::NoContact ||
         send.outcome() == SendProgram::Outcome::LineLost) {
         FailedBox failed;
-        m_operator.showModal(failed);
+        m_operator.show(failed);
     }
     Tag = send.tag() ? "True" : "False";
     if (send.outcome() == SendProgram::Outcome::Stored)
@@ -60,7 +60,7 @@ void Form1::M_Download() {
     }
     ProgramNumber = 0;
     ProgramNumberDialog numberDialog("Download");
-    m_operator.showModal(numberDialog);
+    m_operator.show(numberDialog);
     ProgramNumber = static_cast<std::int16_t>(numberDialog.ProgramNumber);
     if (!numberDialog.Problem.empty()) {
         tell(numberDialog.Problem);
@@ -81,15 +81,15 @@ void Form1::M_Download() {
     if (!m_comPort->PortOpen()) m_comPort->OpenComPort();
 
     DownloadProgram download(m_state, grid, ProgramNumber);
-    ProgressWindow window{"Downloading", "Downloading from LMC", "Please Wait", download, m_comPort->port()};
-    m_operator.showModal(window);
+    ProgressWindow window("Downloading", "Downloading from LMC", download, m_comPort->port());
+    m_operator.show(window);
     gridReshaped();
     Tag = download.tag() ? "True" : "False";
     if (!download.tag()) {
         m_comPort->port().dropInput();
         m_comPort->port().dropOutput();
         FailedBox failed;
-        m_operator.showModal(failed);
+        m_operator.show(failed);
     }
 }
 

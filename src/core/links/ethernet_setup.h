@@ -5,13 +5,14 @@
 #include <memory>
 #include <string>
 
+#include "authoring/window.h"
 #include "links/timed_read.h"
 
 namespace halvane {
 
 class WifiLink;
 
-class frmEthernetSetup {
+class frmEthernetSetup : public Window {
   public:
     // Loads the window: the log, the state words, and the server fields enabled only while closed.
     frmEthernetSetup(WifiLink& link, std::string configFile);

@@ -4,12 +4,14 @@
 
 #include <string>
 
+#include "authoring/window.h"
+
 namespace halvane {
 
 class Dialogue;
 class SerialPort;
 
-class ProgramNumberDialog {
+class ProgramNumberDialog : public Window {
   public:
     // `caption` is "Send" or "Download".
     explicit ProgramNumberDialog(std::string caption) : Caption(std::move(caption)) {}
@@ -36,7 +38,10 @@ class ProgramNumberDialog {
 
 // A progress window: shown modal, it runs its dialogue on the port after its first tick (500 ms) and
 // closes when the dialogue ends.
-struct ProgressWindow {
+struct ProgressWindow : Window {
+    ProgressWindow(std::string caption, std::string label1, Dialogue& dialogue, SerialPort& port)
+        : Caption(std::move(caption)), Label1(std::move(label1)), dialogue(dialogue), port(port) {}
+
     std::string Caption;
     std::string Label1;
     std::string Label2 = "Please Wait";
@@ -44,7 +49,7 @@ struct ProgressWindow {
     SerialPort& port;
 };
 
-struct FailedBox {
+struct FailedBox : Window {
     static constexpr const char* Caption = "Communication Failed";
     static constexpr const char* Label1 = "Communications Failed";
     static constexpr const char* Label2 = "Make sure LMC is connected and is in PC Comm Mode";

@@ -1,0 +1,33 @@
+#include "console_windows.h"
+
+#include "about_dialog.h"
+#include "authoring/about_box.h"
+#include "authoring/face_time.h"
+#include "authoring/program_setup.h"
+#include "console/setup_dialog.h"
+#include "ethernet_setup_dialog.h"
+#include "face_time_dialog.h"
+#include "links/ethernet_setup.h"
+#include "links/transmitter_windows.h"
+#include "platform/window_registry.h"
+#include "program_setup_dialog.h"
+#include "setup_dialog_view.h"
+#include "transmitter_dialogs.h"
+
+namespace halvane::app {
+
+void addConsoleWindows(WindowRegistry& registry, Operator& op) {
+    registry.add<Settings, ProgramSetupDialog>();
+    registry.add<AboutBox, AboutDialog>();
+    registry.add<Face_time, FaceTimeDialog>();
+    registry.add<frmDisplay, SetupDialog>();
+    registry.add<frmEthernetSetup, EthernetSetupDialog>();
+    registry.add<ProgramNumberDialog, ProgramNumberView>();
+    // The progress window runs its dialogue, which may ask the operator.
+    registry.add<ProgressWindow>([&op](ProgressWindow& model, QWidget* parent) {
+        return std::make_unique<ProgressView>(model, op, parent);
+    });
+    registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
+}
+
+}  // namespace halvane::app
