@@ -12,7 +12,6 @@
 #include "links/dialogue_runner.h"
 #include "links/transmitter_windows.h"
 #include "platform/guarded_application.h"
-#include "platform/qt_serial_port.h"
 
 namespace halvane::app {
 
@@ -67,49 +66,44 @@ ProgressView::ProgressView(ProgressWindow& model, Operator& op, QWidget* parent)
     m_bar->setFormat("Block %v of %m");
     layout->addWidget(m_bar);
     setMinimumWidth(320);
-    m_deadline.setSingleShot(true);
-    connect(&m_deadline, &QTimer::timeout, this, &ProgressView::step);
     // The first tick comes when the window has painted.
-    QTimer::singleShot(500, this, &ProgressView::begin);
-}
-
-ProgressView::~ProgressView() = default;
-
-void ProgressView::begin() {
-    m_runner = std::make_unique<DialogueRunner>(m_model.dialogue, m_model.port, m_operator);
-    if (auto* serial = dynamic_cast<QtSerialPort*>(&m_model.port)) {
-        connect(serial, &QtSerialPort::bytesArrived, this, [this] {
-            if (!m_runner) return;
-            m_runner->bytesArrived(now());
-            step();
-        });
-        // A lost line ends the dialogue at once, not at its next deadline.
-        connect(serial, &QtSerialPort::lineLost, this, &ProgressView::step);
-    } else {
-        connect(&m_poll, &QTimer::timeout, this, [this] { m_runner->bytesArrived(now()); });
-        m_poll.start(5);
+    m_beginAt = now() + std::chrono::milliseconds(500);
+    if (auto* app = GuardedApplication::instance()) {
+        app->deadlines().add(*this);
+        m_registered = true;
     }
-    m_runner->start(now());
-    step();
 }
 
-// After every event: show progress, close when done, else wait for the dialogue's next deadline.
-void ProgressView::step() {
-    if (!m_runner) return;
-    m_runner->tick(now());
-    const auto [done, total] = m_model.dialogue.progress();
+ProgressView::~ProgressView() {
+    if (m_registered) GuardedApplication::instance()->deadlines().remove(*this);
+}
+
+std::optional<TimePoint> ProgressView::nextDeadline() const {
+    if (!m_runner) return m_beginAt;
+    if (m_runner->finished() || m_model.dialogue.progress() != m_shown) return TimePoint{};
+    return m_runner->nextDeadline();
+}
+
+void ProgressView::onTime(TimePoint now) {
+    if (!m_runner) {
+        m_runner = std::make_unique<DialogueRunner>(m_model.dialogue, m_model.port, m_operator);
+        m_runner->start(now);
+    } else if (const auto deadline = m_runner->nextDeadline(); deadline && *deadline <= now) {
+        m_runner->tick(now);
+    }
+    showProgress(m_model.dialogue.progress());
+    if (m_runner->finished()) {
+        if (m_registered) GuardedApplication::instance()->deadlines().remove(*this);
+        m_registered = false;
+        accept();
+    }
+}
+
+void ProgressView::showProgress(std::pair<int, int> progress) {
+    m_shown = progress;
+    const auto [done, total] = progress;
     m_bar->setMaximum(std::max(total, 1));
     m_bar->setValue(done);
-    if (m_runner->finished()) {
-        m_deadline.stop();
-        m_poll.stop();
-        accept();
-        return;
-    }
-    if (const auto deadline = m_runner->nextDeadline()) {
-        const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - now()).count();
-        m_deadline.start(static_cast<int>(std::max<long long>(wait, 0)));
-    }
 }
 
 FailedView::FailedView(QWidget* parent) : QDialog(parent) {

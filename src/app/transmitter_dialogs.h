@@ -3,8 +3,10 @@
 // "Communication Failed" box.
 
 #include <QDialog>
-#include <QTimer>
 #include <memory>
+#include <utility>
+
+#include "links/timed_machine.h"
 
 class QLineEdit;
 class QProgressBar;
@@ -30,26 +32,31 @@ class ProgramNumberView : public QDialog {
     QLineEdit* m_text1;
 };
 
-// Paints, shows progress by blocks, and runs the dialogue on the port: bytes as they come, its
-// deadlines on a timer. Closes itself when the dialogue has ended.
-class ProgressView : public QDialog {
+// Paints, shows progress by blocks, and runs the dialogue on the port: bytes as the port delivers them,
+// its deadlines on the application's timer. Closes itself when the dialogue has ended.
+class ProgressView : public QDialog, public TimedMachine {
     Q_OBJECT
   public:
     ProgressView(ProgressWindow& model, Operator& op, QWidget* parent = nullptr);
     ~ProgressView() override;
 
+    // The dialogue's deadline; before it starts, the moment it starts; and at once when there is news
+    // to show (blocks done, the end).
+    std::optional<TimePoint> nextDeadline() const override;
+    void onTime(TimePoint now) override;
+
   protected:
     void reject() override {}  // the dialogue decides when the window closes
 
   private:
-    void begin();
-    void step();
+    void showProgress(std::pair<int, int> progress);
     ProgressWindow& m_model;
     Operator& m_operator;
     std::unique_ptr<DialogueRunner> m_runner;
+    TimePoint m_beginAt;
+    std::pair<int, int> m_shown{-1, -1};
+    bool m_registered = false;
     QProgressBar* m_bar;
-    QTimer m_deadline;
-    QTimer m_poll;
 };
 
 class FailedView : public QDialog {

@@ -57,7 +57,8 @@ void PosixSerialPort::close() {
     m_name.clear();
 }
 
-void PosixSerialPort::write(std::string_view bytes) {
+bool PosixSerialPort::write(std::string_view bytes) {
+    if (m_fd < 0) return false;
     std::size_t done = 0;
     while (m_fd >= 0 && done < bytes.size()) {
         const ssize_t n = ::write(m_fd, bytes.data() + done, bytes.size() - done);
@@ -68,9 +69,10 @@ void PosixSerialPort::write(std::string_view bytes) {
             ::poll(&p, 1, 100);
         } else if (n < 0 && errno != EINTR) {
             lose(std::strerror(errno));
-            return;
+            return false;
         }
     }
+    return m_fd >= 0;
 }
 
 std::size_t PosixSerialPort::bytesAvailable() const {
@@ -79,15 +81,19 @@ std::size_t PosixSerialPort::bytesAvailable() const {
     return static_cast<std::size_t>(count);
 }
 
-std::string PosixSerialPort::read(std::size_t max) {
-    if (m_fd < 0 || max == 0) return {};
-    std::string out(max, '\0');
-    const ssize_t n = ::read(m_fd, out.data(), max);
-    // End of file, or EIO, is a line whose far end has gone.
-    if (n == 0) lose("the line hung up");
-    if (n < 0 && errno != EAGAIN && errno != EINTR) lose(std::strerror(errno));
-    out.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
-    return out;
+void PosixSerialPort::readAndDeliver() {
+    char buffer[512];
+    while (m_fd >= 0) {
+        const ssize_t n = ::read(m_fd, buffer, sizeof buffer);
+        if (n > 0) {
+            deliver({buffer, static_cast<std::size_t>(n)});
+            continue;
+        }
+        // End of file, or EIO, is a line whose far end has gone.
+        if (n == 0) lose("the line hung up");
+        if (n < 0 && errno != EAGAIN && errno != EINTR) lose(std::strerror(errno));
+        return;
+    }
 }
 
 void PosixSerialPort::dropInput() {
@@ -109,19 +115,18 @@ void PosixSerialPort::setDtr(bool on) {
     setModemLine(TIOCM_DTR, on);
 }
 
-bool PosixSerialPort::waitReadable(std::chrono::milliseconds timeout) {
-    if (m_fd < 0) return false;
+void PosixSerialPort::waitAndDeliver(std::chrono::milliseconds timeout) {
+    if (m_fd < 0) return;
     pollfd p{m_fd, POLLIN, 0};
     if (::poll(&p, 1, static_cast<int>(std::max<std::chrono::milliseconds::rep>(timeout.count(), 0))) <= 0)
-        return false;
+        return;
     // A hang-up with nothing left to read: the line is gone. (A pty whose far end has closed reports
     // POLLIN too, but a read then only gives end of file.)
-    if (p.revents & (POLLHUP | POLLERR | POLLNVAL)) {
-        if (bytesAvailable() > 0) return true;
+    if ((p.revents & (POLLHUP | POLLERR | POLLNVAL)) && bytesAvailable() == 0) {
         lose(p.revents & POLLHUP ? "the line hung up" : "the line reports an error");
-        return false;
+        return;
     }
-    return (p.revents & POLLIN) != 0;
+    if (p.revents & POLLIN) readAndDeliver();
 }
 
 }  // namespace halvane::cli

@@ -1,7 +1,7 @@
 #pragma once
 // The serial port for the command line, on the system's terminal calls: 9600 baud, 8N1, raw, no flow
-// control. Reads are without waiting; `waitReadable` waits for bytes up to a deadline. A hang-up, an
-// end of file or an I/O error closes the port and reports the line lost.
+// control. There is no event loop: `waitAndDeliver` waits for bytes up to a deadline and delivers what
+// came. A hang-up, an end of file or an I/O error closes the port and reports the line lost.
 
 #include <chrono>
 #include <string>
@@ -18,22 +18,22 @@ class PosixSerialPort : public SerialPort {
     void close() override;
     bool isOpen() const override { return m_fd >= 0; }
     std::string deviceName() const override { return m_name; }
-    void write(std::string_view bytes) override;
-    std::size_t bytesAvailable() const override;
-    std::string read(std::size_t max) override;
+    bool write(std::string_view bytes) override;
     void dropInput() override;
     void dropOutput() override;
     void setRts(bool on) override;
     void setDtr(bool on) override;
 
-    // Waits until bytes can be read or `timeout` has passed; true when bytes are there. False also
-    // when the line is found gone.
-    bool waitReadable(std::chrono::milliseconds timeout);
+    // Waits until bytes can be read or `timeout` has passed, and delivers them. A line found gone is
+    // reported lost.
+    void waitAndDeliver(std::chrono::milliseconds timeout);
     // Why the last open failed.
     const std::string& error() const { return m_error; }
 
   private:
     void setModemLine(int line, bool on);
+    std::size_t bytesAvailable() const;
+    void readAndDeliver();
     void lose(const std::string& why);
     int m_fd = -1;
     std::string m_name;

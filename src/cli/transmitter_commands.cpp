@@ -35,7 +35,7 @@ void runOnPort(Dialogue& dialogue, PosixSerialPort& port, Operator& op) {
         if (const auto deadline = runner.nextDeadline())
             wait = std::min(wait, std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - now()) +
                                       std::chrono::milliseconds(1));
-        if (port.waitReadable(wait)) runner.bytesArrived(now());
+        port.waitAndDeliver(wait);
         runner.tick(now());
     }
 }

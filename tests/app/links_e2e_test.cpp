@@ -7,7 +7,9 @@
 #include <chrono>
 
 #include "../core/scripted_operator.h"
+#include "links/wifi_driver.h"
 #include "links/wifi_link.h"
+#include "platform/guarded_application.h"
 #include "platform/qt_tcp_socket.h"
 #include "simulation/range_window.h"
 #include "simulation/simulated_range.h"
@@ -38,12 +40,14 @@ struct QuietDevice : QObject {
 struct ConsoleWifi {
     testing::ScriptedOperator op;
     app::QtTcpSocket socket;
-    WifiLink link{socket, op};
+    WifiLink link;
+    WifiDriver driver{link, socket, op};
     explicit ConsoleWifi(std::string port) {
-        socket.attach(link);
         link.ServerIP = "127.0.0.1";
         link.ServerPort = std::move(port);
+        app::GuardedApplication::instance()->deadlines().add(link);
     }
+    ~ConsoleWifi() { app::GuardedApplication::instance()->deadlines().remove(link); }
 };
 
 class LinksEndToEndTest : public QObject {
@@ -104,5 +108,10 @@ class LinksEndToEndTest : public QObject {
     }
 };
 
-QTEST_MAIN(LinksEndToEndTest)
+// The link keeps its time on the console's application object.
+int main(int argc, char** argv) {
+    app::GuardedApplication application(argc, argv);
+    LinksEndToEndTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "links_e2e_test.moc"

@@ -2,7 +2,6 @@
 // a pseudo-terminal whose far end the test plays and then closes, as a device that is unplugged.
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -18,7 +17,9 @@
 #include "links/com_port.h"
 #include "links/transmitter_send.h"
 #include "links/transmitter_windows.h"
+#include "platform/guarded_application.h"
 #include "platform/qt_serial_port.h"
+#include "platform/qt_tcp_socket.h"
 #include "transmitter_dialogs.h"
 
 using namespace halvane;
@@ -72,17 +73,29 @@ class SerialPortViewTest : public QObject {
         QCOMPARE(port.deviceName(), std::string());
     }
 
-    // A vanished line closes the port at once and says so, instead of reporting errors without end.
-    void aVanishedLineClosesThePortAndIsReportedLost() {
+    // A vanished line closes the port at once and says so, instead of reporting errors without end;
+    // a write after that, or to a port never opened, or to a socket not connected, fails for all to see.
+    void aVanishedLineClosesThePortIsReportedLostAndRefusesWrites() {
         Pty pty;
         app::QtSerialPort port;
         QVERIFY(port.open(pty.slave));
-        QSignalSpy lost(&port, &app::QtSerialPort::lineLost);
+        std::string received;
+        int lost = 0;
+        port.listen(
+            {[&](std::string_view bytes) { received += bytes; }, [&](const std::string&) { ++lost; }});
+        pty.write(std::string("\0\xFF\r", 3));
+        QTRY_COMPARE_WITH_TIMEOUT(received, std::string("\0\xFF\r", 3), 2000);
+        QVERIFY(port.write("?"));
         pty.hangUp();
-        QTRY_COMPARE_WITH_TIMEOUT(lost.count(), 1, 2000);
+        QTRY_COMPARE_WITH_TIMEOUT(lost, 1, 2000);
         QVERIFY(!port.isOpen() && port.lost());
         QTest::qWait(50);
-        QCOMPARE(lost.count(), 1);
+        QCOMPARE(lost, 1);
+
+        app::QtSerialPort neverOpened;
+        app::QtTcpSocket unconnected;
+        QCOMPARE((std::vector<bool>{port.write("x"), neverOpened.write("x"), unconnected.write("x")}),
+                 (std::vector<bool>{false, false, false}));
     }
 
     // Measured: the window went on counting blocks for the rest of the transfer, then said "sent
@@ -123,5 +136,10 @@ class SerialPortViewTest : public QObject {
     }
 };
 
-QTEST_MAIN(SerialPortViewTest)
+// The progress window keeps its time on the console's application object.
+int main(int argc, char** argv) {
+    app::GuardedApplication application(argc, argv);
+    SerialPortViewTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "serial_port_view_test.moc"

@@ -15,7 +15,7 @@ class FakeSerialPort : public SerialPort {
     std::set<std::string> present;  // devices that open
     std::string opened;
     std::string written;
-    std::string input;
+    std::string input;               // received and not yet delivered
     std::vector<std::string> calls;  // opens and line settings, in order
 
     bool open(const std::string& device) override {
@@ -27,12 +27,10 @@ class FakeSerialPort : public SerialPort {
     void close() override { opened.clear(); }
     bool isOpen() const override { return !opened.empty(); }
     std::string deviceName() const override { return opened; }
-    void write(std::string_view bytes) override { written.append(bytes); }
-    std::size_t bytesAvailable() const override { return input.size(); }
-    std::string read(std::size_t max) override {
-        std::string out = input.substr(0, max);
-        input.erase(0, out.size());
-        return out;
+    bool write(std::string_view bytes) override {
+        if (opened.empty()) return false;
+        written.append(bytes);
+        return true;
     }
     void dropInput() override { input.clear(); }
     void dropOutput() override {}
@@ -53,10 +51,30 @@ class FakeTcpSocket : public TcpSocket {
         host = h;
         port = p;
         ++connects;
-        current = Connecting;
+        become(Connecting);
     }
-    void close() override { current = Closed; }
-    void send(std::string_view bytes) override { sent.append(bytes); }
+    void close() override { become(Closed); }
+    bool write(std::string_view bytes) override {
+        if (current != Connected) return false;
+        sent.append(bytes);
+        return true;
+    }
+    void dropInput() override {}
+
+    // The socket's own events, as the platform would raise them.
+    void become(int state) {
+        current = state;
+        stateChanged();
+    }
+    void receive(std::string_view bytes) { deliver(bytes); }
+    void fail(int number, const std::string& description) {
+        current = Error;
+        failed(number, description);
+    }
+    void hangUp() {
+        current = Closed;
+        reportLost("closed by the device");
+    }
 };
 
 }  // namespace halvane::testing

@@ -9,6 +9,7 @@
 #include "links/com_port.h"
 #include "links/ethernet_setup.h"
 #include "links/timed_read.h"
+#include "links/wifi_driver.h"
 #include "links/wifi_link.h"
 #include "scripted_operator.h"
 #include "temp_dir.h"
@@ -92,20 +93,28 @@ TEST(PortNames, DefaultsAndOverridesFromTheConfiguration) {
     EXPECT_EQ(names.device(2), "/dev/pts/9");
 }
 
-// A link on a socket in memory, and what it told the operator.
+// The link's actions as a driver would carry them out: bytes sent, messages told, the rest in words.
 struct WifiRig {
-    testing::FakeTcpSocket socket;
-    testing::ScriptedOperator op;
-    WifiLink link{socket, op};
+    WifiLink link;
+    std::string sent;
+    std::vector<std::string> told, done;
     explicit WifiRig(std::string port = "31689") {
         link.ServerIP = "169.254.10.1";
         link.ServerPort = std::move(port);
+        link.setActionsReady([this] {
+            for (const auto& a : link.takeActions()) {
+                if (a.kind == WifiAction::Kind::Send) sent += a.bytes;
+                if (a.kind == WifiAction::Kind::Tell) told.push_back(a.text);
+                if (a.kind == WifiAction::Kind::Connect)
+                    done.push_back(a.host + ":" + std::to_string(a.port));
+                if (a.kind == WifiAction::Kind::Close) done.push_back("close");
+            }
+        });
     }
 };
-struct Wifi : ::testing::Test, WifiRig {};
 
 const std::string kFrame("\0\xF3\x05", 3);
-const std::string kNotConnected = "tell: Halvane: Error: ethernet not connected.  Check settings.";
+const std::string kNotConnected = "Error: ethernet not connected.  Check settings.";
 
 TEST(WifiHello, FramesOfAFreshConnectionWaitForTheHelloOrItsDeadlineWhileTheConnectionLasts) {
     // clang-format off
@@ -117,23 +126,22 @@ TEST(WifiHello, FramesOfAFreshConnectionWaitForTheHelloOrItsDeadlineWhileTheConn
         {"a connect by the button keeps the wait",
          [](WifiRig& r) { r.link.EthernetConnect(t0 + 100ms); }, "", kFrame, {}},
         {"the connection drops: the frames are dropped and told",
-         [](WifiRig& r) { r.socket.current = TcpSocket::Closed; r.link.poll(t0 + 100ms); }, "", "",
-         {kNotConnected}},
+         [](WifiRig& r) { r.link.onState(TcpSocket::Closed, t0 + 100ms); }, "", "", {kNotConnected}},
     };
     // clang-format on
     for (const auto& c : cases) {
         WifiRig r;
         r.link.EthernetCommand(kFrame, t0);
+        EXPECT_EQ(r.done, std::vector<std::string>{"169.254.10.1:31689"}) << c.name;
         EXPECT_EQ(r.link.nextDeadline(), t0 + WifiLink::kConnectBudget) << c.name;
-        r.socket.current = TcpSocket::Connected;
-        r.link.poll(t0 + 20ms);
+        r.link.onState(TcpSocket::Connected, t0 + 20ms);
         EXPECT_EQ(r.link.nextDeadline(), t0 + 220ms) << c.name << ": nothing else wakes the link";
         c.at100ms(r);
-        r.link.poll(t0 + 219ms);
-        EXPECT_EQ(r.socket.sent, c.sentBy219ms) << c.name;
-        r.link.poll(t0 + 220ms);
-        EXPECT_EQ(r.socket.sent, c.sentBy220ms) << c.name;
-        EXPECT_EQ(r.op.log, c.told) << c.name;
+        r.link.onTime(t0 + 219ms);
+        EXPECT_EQ(r.sent, c.sentBy219ms) << c.name;
+        r.link.onTime(t0 + 220ms);
+        EXPECT_EQ(r.sent, c.sentBy220ms) << c.name;
+        EXPECT_EQ(r.told, c.told) << c.name;
         EXPECT_EQ(r.link.nextDeadline(), std::nullopt) << c.name;
     }
 }
@@ -146,58 +154,96 @@ TEST(WifiPort, APortThatIsNoWholeNumberFrom1To65535IsRefusedBeforeAnyConnect) {
     // clang-format on
     for (const auto& c : cases) {
         WifiRig r(c.text);
-        r.socket.port = 9;  // the port of an earlier connect, which a refused text must not reuse
         r.link.EthernetCommand(kFrame, t0);
         r.link.EthernetCommand(kFrame, t0);  // a burst asks once
         std::vector<std::string> told{kNotConnected};
         if (c.connectsTo == 0)
-            told.insert(told.begin(), "tell: Halvane: Server Port \"" + std::string(c.text) +
+            told.insert(told.begin(), "Server Port \"" + std::string(c.text) +
                                           "\" is not valid: use a whole number from 1 to 65535.");
-        r.link.poll(t0);
-        EXPECT_EQ(r.op.log.size(), c.connectsTo == 0 ? 2u : 0u) << c.text << ": a refusal does not wait";
-        r.link.poll(t0 + WifiLink::kConnectBudget - 1ms);
-        EXPECT_EQ(r.op.log.size(), c.connectsTo == 0 ? 2u : 0u) << c.text;
-        r.link.poll(t0 + WifiLink::kConnectBudget);
-        EXPECT_EQ(r.op.log, told) << c.text << ": a plain time-out of the connect itself is silent";
-        EXPECT_EQ(
-            std::make_tuple(r.socket.connects, r.socket.host, r.socket.port, r.socket.sent),
-            std::make_tuple(c.connectsTo == 0 ? 0 : 1, std::string(c.connectsTo == 0 ? "" : "169.254.10.1"),
-                            c.connectsTo == 0 ? std::uint16_t{9} : c.connectsTo, std::string()))
+        EXPECT_EQ(r.link.nextDeadline(), c.connectsTo == 0 ? t0 : t0 + WifiLink::kConnectBudget) << c.text;
+        r.link.onTime(t0);
+        EXPECT_EQ(r.told.size(), c.connectsTo == 0 ? 2u : 0u) << c.text << ": a refusal does not wait";
+        r.link.onState(TcpSocket::Connecting, t0 + 1ms);
+        r.link.onTime(t0 + WifiLink::kConnectBudget - 1ms);
+        EXPECT_EQ(r.told.size(), c.connectsTo == 0 ? 2u : 0u) << c.text;
+        r.link.onTime(t0 + WifiLink::kConnectBudget);
+        EXPECT_EQ(r.told, told) << c.text << ": a plain time-out of the connect itself is silent";
+        EXPECT_EQ(r.done, c.connectsTo == 0 ? std::vector<std::string>{}
+                                            : std::vector{"169.254.10.1:" + std::to_string(c.connectsTo)})
             << c.text;
+        EXPECT_EQ(r.sent, "") << c.text;
     }
 }
 
-TEST_F(Wifi, TheHelloIsDroppedOnlyWhenItComesAloneAndEverythingIsLogged) {
-    socket.current = TcpSocket::Connected;
-    link.onData("*KRV_CONN*");
-    EXPECT_EQ(link.sock_GetData(), "");
-    link.onData(std::string("\xEA\x07", 2));
-    link.onData("*KRV_CONN*\xEA");
-    EXPECT_EQ(link.sock_GetData(), "\xEA\x07*KRV_CONN*\xEA");
-    EXPECT_EQ(link.log(), "*KRV_CONN*\r\n\xEA\x07\r\n*KRV_CONN*\xEA\r\n");
-    link.onError(10054, "Connection reset by peer");
-    EXPECT_EQ(op.log.back(), "tell: Halvane: Socket Error 10054: Connection reset by peer");
-    EXPECT_EQ(socket.current, TcpSocket::Closed);
+TEST(WifiLinkEvents, TheHelloIsDroppedOnlyWhenItComesAloneEverythingIsLoggedAndAnErrorCloses) {
+    WifiRig r;
+    r.link.onData("before the connection");
+    r.link.onState(TcpSocket::Connected, t0);
+    r.link.onData("*KRV_CONN*");
+    EXPECT_EQ(r.link.sock_GetData(), "");
+    r.link.onData(std::string("\xEA\x07", 2));
+    r.link.onData("*KRV_CONN*\xEA");
+    EXPECT_EQ(r.link.sock_GetData(), "\xEA\x07*KRV_CONN*\xEA");
+    EXPECT_EQ(r.link.log(), "*KRV_CONN*\r\n\xEA\x07\r\n*KRV_CONN*\xEA\r\n");
+    r.link.onError(10054, "Connection reset by peer");
+    EXPECT_EQ(r.told, std::vector<std::string>{"Socket Error 10054: Connection reset by peer"});
+    r.link.onClosedByPeer();
+    EXPECT_EQ(r.done, (std::vector<std::string>{"close", "close"}));
 }
 
-TEST_F(Wifi, SetupWindowShowsStateWordsAndTheButtonDecidesTheClick) {
+// The driver on a socket in memory: a frame the socket will not take (its connection went without a
+// word) is no silence: the link connects again and the frame follows the hello.
+TEST(WifiDriver, AFrameTheSocketRefusesConnectsAgainAndGoesAfterTheHello) {
+    testing::FakeTcpSocket socket;
+    testing::ScriptedOperator op;
+    WifiLink link;
+    link.ServerIP = "169.254.10.1";
+    link.ServerPort = "31689";
+    TimePoint now = t0;
+    WifiDriver driver(link, socket, op, [&] { return now; });
+    link.EthernetConnect(now);
+    socket.become(TcpSocket::Connected);
+    socket.receive(WifiLink::kHello);
+    link.EthernetCommand(kFrame, now);
+    EXPECT_EQ(socket.sent, kFrame);
+
+    socket.current = TcpSocket::Closed;
+    now += 1s;
+    link.EthernetCommand(kFrame, now);
+    EXPECT_EQ(std::make_pair(socket.connects, socket.current), std::make_pair(2, int(TcpSocket::Connecting)));
+    socket.become(TcpSocket::Connected);
+    socket.receive(WifiLink::kHello);
+    EXPECT_EQ(socket.sent, kFrame + kFrame);
+    socket.hangUp();
+    EXPECT_EQ(link.state(), TcpSocket::Closed);
+    socket.fail(10061, "Connection refused");
+    EXPECT_EQ(op.log, std::vector<std::string>{"tell: Halvane: Socket Error 10061: Connection refused"});
+    EXPECT_EQ(link.sock_GetData(), "");
+}
+
+TEST(WifiSetupWindow, ShowsStateWordsAndTheButtonDecidesTheClick) {
     const std::pair<int, const char*> words[] = {{7, "Connected"}, {0, "Closed"}, {6, "Connecting"},
                                                  {8, "Closing"},   {9, "Error"},  {3, "Unknown"}};
     for (const auto& [state, text] : words) EXPECT_STREQ(frmEthernetSetup::statusWords(state), text);
     EXPECT_EQ(std::string(frmEthernetSetup::buttonCaption(6)) + frmEthernetSetup::buttonCaption(9),
               "DisconnectConnect");
 
+    testing::FakeTcpSocket socket;
+    testing::ScriptedOperator op;
+    WifiLink link;
+    link.ServerIP = "169.254.10.1";
+    link.ServerPort = "31689";
+    WifiDriver driver(link, socket, op, [] { return t0; });
     testing::TempDir dir;
     frmEthernetSetup window(link, dir.file("hvn.cfg"));
     EXPECT_TRUE(window.lblEthernetStatus == "Closed" && window.serverFieldsEnabled);
     window.btnEthernetConnect_Click(t0);
     EXPECT_TRUE(window.busy());
-    socket.current = TcpSocket::Connected;
-    link.onData("*KRV_CONN*");
-    link.onData("x");
-    link.poll(t0 + 50ms);
-    EXPECT_EQ(window.lblEthernetStatus + " " + window.txtbxEthernetData, "Connected *KRV_CONN*\r\nx\r\n");
-    EXPECT_EQ(link.sock_GetData(), "") << "what came in on the way is dropped";
+    socket.become(TcpSocket::Connected);
+    socket.receive("*KRV_CONN*");
+    window.refreshLog();
+    EXPECT_EQ(window.lblEthernetStatus + " " + window.txtbxEthernetData, "Connected *KRV_CONN*\r\n");
+    EXPECT_EQ(link.sock_GetData(), "");
 
     window.txtbxServerIP() = "169.254.3.3";
     window.btnEthernetConnect_Click(t0 + 1s);

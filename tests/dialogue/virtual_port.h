@@ -37,22 +37,17 @@ class VirtualPort : public SerialPort {
     }
     bool isOpen() const override { return m_open; }
     std::string deviceName() const override { return m_name; }
-    void write(std::string_view bytes) override {
+    bool write(std::string_view bytes) override {
         if (!m_open) {
             writtenWhileClosed += bytes;
-            return;
+            return false;
         }
         written += bytes;
         m_device.receive(bytes, now);
         if (m_options.fast) collect();
+        return true;
     }
-    std::size_t bytesAvailable() const override { return m_input.size(); }
-    std::string read(std::size_t max) override {
-        std::string out = m_input.substr(0, max);
-        m_input.erase(0, out.size());
-        return out;
-    }
-    void dropInput() override { m_input.clear(); }
+    void dropInput() override {}
     void dropOutput() override {}
     void setRts(bool) override {}
     void setDtr(bool) override {}
@@ -68,7 +63,6 @@ class VirtualPort : public SerialPort {
             if (const auto due = m_device.nextDue()) next = std::min(next, *due);
             now = std::max(now + std::chrono::microseconds(1), next);
             collect();
-            if (!m_input.empty()) runner.bytesArrived(now);
             runner.tick(now);
         }
     }
@@ -80,18 +74,18 @@ class VirtualPort : public SerialPort {
     TimePoint unpluggedAt{};
 
   private:
-    // The device's replies due by now. The line goes once the reply it was told has been taken.
+    // Delivers the device's replies due by now. The line goes once the reply it was told has been taken.
     void collect() {
         if (m_unplugged) return;
         if (m_options.unplugAfter && replies >= m_options.unplugAfter) {
             m_unplugged = true;
             unpluggedAt = now;
             close();
-            m_input.clear();
+            reportLost("unplugged");
             return;
         }
         for (auto& chunk : m_device.takeDue(now)) {
-            m_input += chunk;
+            deliver(chunk);
             if (++replies == m_options.unplugAfter) return;
         }
     }
@@ -101,7 +95,6 @@ class VirtualPort : public SerialPort {
     bool m_open = false;
     bool m_unplugged = false;
     std::string m_name;
-    std::string m_input;
 };
 
 // Runs the dialogue on a port of its own, open from the start; gives what reached the device.

@@ -3,6 +3,7 @@
 
 #include "links/com_port.h"
 #include "links/port_names.h"
+#include "links/wifi_driver.h"
 #include "links/wifi_link.h"
 #include "platform/qt_serial_port.h"
 #include "platform/qt_tcp_socket.h"
@@ -17,7 +18,11 @@ namespace halvane::app {
 class ConsoleLinks {
   public:
     // Port names come from the configuration file; the Wi-Fi server fields from the state read at start-up.
+    // The Wi-Fi link keeps its time on the application's timer.
     ConsoleLinks(SharedState& state, Operator& op);
+    ~ConsoleLinks();
+    ConsoleLinks(const ConsoleLinks&) = delete;
+    ConsoleLinks& operator=(const ConsoleLinks&) = delete;
 
     ComPortModule& comPort() { return m_comPort; }
     WifiLink& wifi() { return m_wifi; }
@@ -30,6 +35,7 @@ class ConsoleLinks {
     ComPortModule m_comPort;
     QtTcpSocket m_socket;
     WifiLink m_wifi;
+    WifiDriver m_driver;
 };
 
 }  // namespace halvane::app

@@ -16,12 +16,14 @@ GuardedApplication* GuardedApplication::instance() {
 }
 
 bool GuardedApplication::notify(QObject* receiver, QEvent* event) {
+    bool handled = false;
     try {
-        return QApplication::notify(receiver, event);
+        handled = QApplication::notify(receiver, event);
     } catch (...) {
         caught(std::current_exception());
     }
-    return false;
+    m_deadlines.rearm();
+    return handled;
 }
 
 void GuardedApplication::caughtElsewhere(std::exception_ptr error) {

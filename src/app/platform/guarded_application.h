@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/deadline_timer.h"
+
 namespace halvane::app {
 
 class GuardedApplication : public QApplication {
@@ -17,7 +19,11 @@ class GuardedApplication : public QApplication {
   public:
     GuardedApplication(int& argc, char** argv);
 
+    // Dispatches the event, then re-arms the machines' timer: the event may have moved a deadline.
     bool notify(QObject* receiver, QEvent* event) override;
+
+    // The one timer of the machines that wait for time.
+    DeadlineTimer& deadlines() { return m_deadlines; }
 
     // Runs the model's side of an operator's event. What it lets escape is caught here, before it can
     // unwind through Qt's own frames, and told as notify() tells it; outside the console's application
@@ -52,6 +58,7 @@ class GuardedApplication : public QApplication {
     void caughtException(const std::string& text, bool internal);
     void report();
 
+    DeadlineTimer m_deadlines;
     Reporter m_reporter;
     std::function<void()> m_afterFault;
     std::string m_lastText;

@@ -3,7 +3,10 @@
 namespace halvane::app {
 
 QtSerialPort::QtSerialPort(QObject* parent) : QObject(parent) {
-    connect(&m_port, &QSerialPort::readyRead, this, &QtSerialPort::bytesArrived);
+    connect(&m_port, &QSerialPort::readyRead, this, [this] {
+        const QByteArray bytes = m_port.readAll();
+        deliver({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    });
     connect(&m_port, &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError error) {
         // A vanished line (a device unplugged, the far end of a pty closed) reports its error over and
         // over until the port is closed: close it at the first report.
@@ -13,7 +16,6 @@ QtSerialPort::QtSerialPort(QObject* parent) : QObject(parent) {
         const QString why = m_port.errorString();
         m_port.close();
         reportLost(why.toStdString());
-        emit lineLost(why);
     });
 }
 
@@ -45,17 +47,9 @@ std::string QtSerialPort::deviceName() const {
     return m_port.isOpen() ? m_deviceName : std::string();
 }
 
-void QtSerialPort::write(std::string_view bytes) {
-    if (m_port.isOpen()) m_port.write(bytes.data(), static_cast<qint64>(bytes.size()));
-}
-
-std::size_t QtSerialPort::bytesAvailable() const {
-    return m_port.isOpen() ? static_cast<std::size_t>(m_port.bytesAvailable()) : 0;
-}
-
-std::string QtSerialPort::read(std::size_t max) {
-    const QByteArray bytes = m_port.read(static_cast<qint64>(max));
-    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+bool QtSerialPort::write(std::string_view bytes) {
+    if (!m_port.isOpen()) return false;
+    return m_port.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size());
 }
 
 void QtSerialPort::dropInput() {

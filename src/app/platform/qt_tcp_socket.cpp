@@ -1,42 +1,27 @@
 #include "platform/qt_tcp_socket.h"
 
-#include <chrono>
-
-#include "links/wifi_link.h"
-
 namespace halvane::app {
 
 QtTcpSocket::QtTcpSocket(QObject* parent) : QObject(parent) {
-    m_deadline.setSingleShot(true);
-    connect(&m_deadline, &QTimer::timeout, this, &QtTcpSocket::pollLink);
-    connect(&m_socket, &QTcpSocket::stateChanged, this, [this] { pollLink(); });
+    connect(&m_socket, &QTcpSocket::stateChanged, this, [this] { stateChanged(); });
     connect(&m_socket, &QTcpSocket::readyRead, this, [this] {
         const QByteArray chunk = m_socket.readAll();
-        if (m_link) m_link->onData({chunk.constData(), static_cast<std::size_t>(chunk.size())});
-        emit dataArrived();
+        deliver({chunk.constData(), static_cast<std::size_t>(chunk.size())});
     });
     connect(&m_socket, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
         if (error == QAbstractSocket::RemoteHostClosedError) {
             // The device hung up in an orderly way: not a fault. The next frame finds the link closed.
-            if (m_link) m_link->onClosedByPeer();
-        } else {
-            m_failed = true;
-            if (m_link) m_link->onError(errorNumber(error), m_socket.errorString().toStdString());
+            reportLost("the device closed the connection");
+            return;
         }
-        pollLink();
+        m_failed = true;
+        failed(errorNumber(error), m_socket.errorString().toStdString());
     });
 }
 
 QtTcpSocket::~QtTcpSocket() {
     // The socket reports its closing while it goes; nothing may hear it by then.
     m_socket.disconnect(this);
-    m_link = nullptr;
-}
-
-void QtTcpSocket::attach(WifiLink& link) {
-    m_link = &link;
-    // Windows call the link too (a frame, a connect); whatever the call, the timer follows the link.
-    link.setDeadlineMoved([this] { armDeadline(); });
 }
 
 int QtTcpSocket::errorNumber(QAbstractSocket::SocketError error) {
@@ -78,6 +63,7 @@ int QtTcpSocket::state() const {
 
 void QtTcpSocket::connectTo(const std::string& host, std::uint16_t port) {
     m_failed = false;
+    clearLost();
     m_socket.abort();
     m_socket.connectToHost(QString::fromStdString(host), port);
     m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
@@ -88,25 +74,14 @@ void QtTcpSocket::close() {
     m_socket.abort();
 }
 
-void QtTcpSocket::send(std::string_view bytes) {
-    m_socket.write(bytes.data(), static_cast<qint64>(bytes.size()));
+bool QtTcpSocket::write(std::string_view bytes) {
+    if (m_socket.state() != QAbstractSocket::ConnectedState) return false;
+    return m_socket.write(bytes.data(), static_cast<qint64>(bytes.size())) ==
+           static_cast<qint64>(bytes.size());
 }
 
-void QtTcpSocket::pollLink() {
-    if (!m_link) return;
-    m_link->poll(std::chrono::steady_clock::now());
-}
-
-void QtTcpSocket::armDeadline() {
-    if (!m_link) return;
-    const auto deadline = m_link->nextDeadline();
-    if (!deadline) {
-        m_deadline.stop();
-        return;
-    }
-    const auto wait =
-        std::chrono::duration_cast<std::chrono::milliseconds>(*deadline - std::chrono::steady_clock::now());
-    m_deadline.start(static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, wait.count())));
+void QtTcpSocket::dropInput() {
+    m_socket.readAll();
 }
 
 }  // namespace halvane::app

@@ -4,19 +4,36 @@ namespace halvane {
 
 DialogueRunner::DialogueRunner(Dialogue& dialogue, SerialPort& port, Operator& op,
                                std::function<TimePoint()> clock)
-    : m_dialogue(dialogue), m_port(port), m_operator(op), m_clock(std::move(clock)) {}
+    : m_dialogue(dialogue), m_port(port), m_operator(op), m_clock(std::move(clock)) {
+    m_port.listen(
+        {[this](std::string_view bytes) { received(bytes); }, [this](const std::string&) { lostLine(); }});
+}
+
+DialogueRunner::~DialogueRunner() {
+    m_port.stopListening();
+}
 
 void DialogueRunner::start(TimePoint now) {
     m_dialogue.start(now);
     carryOut(now);
 }
 
-void DialogueRunner::bytesArrived(TimePoint now) {
-    // While a question or message is up, bytes wait with the port; they are fed when it is answered.
+// While the runner is busy (a question or message is up, or a carrier answers within the write that
+// asked), bytes wait with the port; they are fed at the next event.
+void DialogueRunner::received(std::string_view bytes) {
+    m_input.append(bytes);
     if (m_inAction) return;
+    const TimePoint now = m_clock();
     feed(now);
     checkLine(now);
     carryOut(now);
+}
+
+// The line is gone: the dialogue hears it at once, not at its next deadline.
+void DialogueRunner::lostLine() {
+    if (m_inAction) return;
+    const TimePoint now = m_clock();
+    if (checkLine(now)) carryOut(now);
 }
 
 void DialogueRunner::tick(TimePoint now) {
@@ -28,8 +45,6 @@ void DialogueRunner::tick(TimePoint now) {
 }
 
 void DialogueRunner::feed(TimePoint now) {
-    const std::size_t available = m_port.bytesAvailable();
-    if (available) m_input += m_port.read(available);
     if (!m_input.empty() && !m_dialogue.finished()) m_input.erase(0, m_dialogue.onBytes(m_input, now));
 }
 
@@ -70,8 +85,7 @@ void DialogueRunner::write(const std::vector<DialogueAction>& actions, std::size
         }
         if (kind != DialogueAction::Kind::Write) break;
     }
-    m_port.write(actions[index].bytes);
-    if (lineGone()) loseLine(now);
+    if (!m_port.write(actions[index].bytes) || lineGone()) loseLine(now);
 }
 
 // Once the line is lost, what was meant for it (bytes, drops, a question about what to send) is void;

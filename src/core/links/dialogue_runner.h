@@ -1,6 +1,7 @@
 #pragma once
-// Carries a dialogue's actions out on a serial port and feeds it what the port receives. The windows and
-// the command line only wait: for bytes, for the dialogue's next deadline, and for word of a lost line.
+// Carries a dialogue's actions out on a serial port and feeds it what the port receives, as the port
+// delivers it. The windows and the command line only keep its time: it is a machine like any other that
+// waits for its next deadline.
 
 #include <functional>
 #include <optional>
@@ -9,27 +10,33 @@
 
 #include "links/dialogue.h"
 #include "links/serial_port.h"
+#include "links/timed_machine.h"
 
 namespace halvane {
 
-class DialogueRunner {
+class DialogueRunner : public TimedMachine {
   public:
-    // `clock` gives the time after a question or message, which may have stood for a long while.
+    // The runner listens to the port from here on. `clock` gives the time of the port's events and the
+    // time after a question or message, which may have stood for a long while.
     DialogueRunner(
         Dialogue& dialogue, SerialPort& port, Operator& op,
         std::function<TimePoint()> clock = [] { return SteadyClock::now(); });
+    ~DialogueRunner() override;
+    DialogueRunner(const DialogueRunner&) = delete;
+    DialogueRunner& operator=(const DialogueRunner&) = delete;
 
     void start(TimePoint now);
-    // The port has bytes: take them and hand them to the dialogue.
-    void bytesArrived(TimePoint now);
     // Time has passed, or the port has news (it may have lost its line).
     void tick(TimePoint now);
-    std::optional<TimePoint> nextDeadline() const { return m_dialogue.nextDeadline(); }
+    std::optional<TimePoint> nextDeadline() const override { return m_dialogue.nextDeadline(); }
+    void onTime(TimePoint now) override { tick(now); }
     bool finished() const { return m_dialogue.finished(); }
     // The line went away while the dialogue ran (the dialogue has been told).
     bool lineLost() const { return m_lineLost; }
 
   private:
+    void received(std::string_view bytes);
+    void lostLine();
     void feed(TimePoint now);
     // Tells the dialogue when its line has gone; true once it has.
     bool checkLine(TimePoint now);

@@ -1,10 +1,6 @@
 #include "links/wifi_link.h"
 
 #include <algorithm>
-#include <utility>
-
-#include "authoring/about_box.h"
-#include "authoring/operator.h"
 
 namespace halvane {
 
@@ -27,14 +23,12 @@ std::optional<std::uint16_t> serverPort(std::string_view text) {
 }
 }  // namespace
 
-WifiLink::WifiLink(TcpSocket& socket, Operator& op) : m_socket(socket), m_operator(op) {}
-
 void WifiLink::EthernetConnect(TimePoint now, std::function<void()> done) {
     if (done) m_whenConnected.push_back(std::move(done));
     if (m_connectDeadline) return;  // a wait is under way; this caller joins it
-    if (m_socket.state() == TcpSocket::Connected) {
+    if (m_state == TcpSocket::Connected) {
         finishConnect(now);
-        deadlineMayHaveMoved();
+        flush();
         return;
     }
     m_sawConnecting = false;
@@ -42,51 +36,65 @@ void WifiLink::EthernetConnect(TimePoint now, std::function<void()> done) {
     m_connectFault.clear();
     const auto port = serverPort(ServerPort);
     if (!port) {
-        // Nothing is tried; the wait ends at the next poll, so that a burst of frames is told once.
+        // Nothing is tried; the wait ends when time is next told, so that a burst of frames is told once.
         m_connectFault =
             "Server Port \"" + ServerPort + "\" is not valid: use a whole number from 1 to 65535.";
         m_connectDeadline = now;
-        deadlineMayHaveMoved();
+        flush();
         return;
     }
     m_connectDeadline = now + kConnectBudget;
-    if (ServerIP.empty())
+    if (ServerIP.empty()) {
         m_connectFault = "Ethernet error: Not connected";
-    else
-        m_socket.connectTo(ServerIP, *port);
-    poll(now);
+        update(now);
+    } else {
+        // The attempt counts as failed only once the socket has been seen connecting: what it reports on
+        // the way there (the end of an earlier connection) is not its answer.
+        act({WifiAction::Kind::Connect, ServerIP, *port, {}, {}, false});
+    }
+    flush();
 }
 
 void WifiLink::EthernetDisconnect() {
-    m_socket.close();
-    deadlineMayHaveMoved();
+    act({WifiAction::Kind::Close, {}, 0, {}, {}, false});
+    flush();
 }
 
 void WifiLink::EthernetCommand(std::string_view frame, TimePoint now) {
-    if (m_socket.state() == TcpSocket::Connected && !m_connectDeadline && !m_helloDeadline) {
-        m_socket.send(frame);
+    if (m_state == TcpSocket::Connected && !m_connectDeadline && !m_helloDeadline) {
+        act({WifiAction::Kind::Send, {}, 0, std::string(frame), {}, false});
+        flush();
         return;
     }
     m_waitingFrames.emplace_back(frame);
     if (!m_helloDeadline) EthernetConnect(now);
 }
 
-void WifiLink::poll(TimePoint now) {
-    const int state = m_socket.state();
+void WifiLink::onState(int state, TimePoint now) {
+    m_state = state;
+    update(now);
+    flush();
+}
+
+void WifiLink::onTime(TimePoint now) {
+    update(now);
+    flush();
+}
+
+void WifiLink::update(TimePoint now) {
     if (m_helloDeadline) {
-        if (state != TcpSocket::Connected)
+        if (m_state != TcpSocket::Connected)
             dropWaitingFrames();
         else if (now >= *m_helloDeadline)
             sendWaitingFrames();
     }
     if (m_connectDeadline) {
-        if (state == TcpSocket::Connecting) m_sawConnecting = true;
+        if (m_state == TcpSocket::Connecting) m_sawConnecting = true;
         // A refused or failed attempt is over at once; a silent one waits out the budget.
-        const bool failed = state == TcpSocket::Error || (m_sawConnecting && state == TcpSocket::Closed);
-        if (state == TcpSocket::Connected || failed || now >= *m_connectDeadline || ServerIP.empty())
+        const bool failed = m_state == TcpSocket::Error || (m_sawConnecting && m_state == TcpSocket::Closed);
+        if (m_state == TcpSocket::Connected || failed || now >= *m_connectDeadline || ServerIP.empty())
             finishConnect(now);
     }
-    deadlineMayHaveMoved();
 }
 
 std::optional<TimePoint> WifiLink::nextDeadline() const {
@@ -94,15 +102,15 @@ std::optional<TimePoint> WifiLink::nextDeadline() const {
     return m_connectDeadline ? m_connectDeadline : m_helloDeadline;
 }
 
+// The link is settled before the callers hear of it, and what is to be told is told after: a message
+// box lets other events run, and a frame sent from one of them starts afresh.
 void WifiLink::finishConnect(TimePoint now) {
-    // The link is settled before anything is told: a message box lets other events run, and a frame
-    // sent from one of them starts afresh.
     m_connectDeadline.reset();
     const std::string fault = std::exchange(m_connectFault, {});
     auto callbacks = std::exchange(m_whenConnected, {});
     bool dropped = false;
     if (!m_waitingFrames.empty()) {
-        if (m_socket.state() != TcpSocket::Connected) {
+        if (m_state != TcpSocket::Connected) {
             m_waitingFrames.clear();
             m_helloDeadline.reset();
             dropped = true;
@@ -112,43 +120,47 @@ void WifiLink::finishConnect(TimePoint now) {
             m_helloDeadline = now + kHelloWait;  // a fresh connection: its hello comes first
         }
     }
-    if (!fault.empty()) m_operator.critical(fault, kAppTitle);
-    if (dropped) m_operator.critical(kNotConnected, kAppTitle);
+    if (!fault.empty()) tell(fault);
+    if (dropped) tell(kNotConnected);
     for (auto& callback : callbacks) callback();
 }
 
 void WifiLink::onData(std::string_view chunk) {
-    if (m_socket.state() != TcpSocket::Connected) return;
+    if (m_state != TcpSocket::Connected) return;
     m_heardSinceConnect = true;
     if (chunk != kHello) m_rxData.append(chunk);
     m_log.append(chunk);
     m_log.append("\r\n");
-    if (m_helloDeadline) {
-        sendWaitingFrames();
-        deadlineMayHaveMoved();
-    }
+    if (m_helloDeadline) sendWaitingFrames();
+    flush();
 }
 
 void WifiLink::sendWaitingFrames() {
     m_helloDeadline.reset();
-    auto frames = std::move(m_waitingFrames);
-    m_waitingFrames.clear();
-    for (const auto& frame : frames) m_socket.send(frame);
+    for (auto& frame : std::exchange(m_waitingFrames, {}))
+        act({WifiAction::Kind::Send, {}, 0, std::move(frame), {}, false});
 }
 
 void WifiLink::dropWaitingFrames() {
     m_helloDeadline.reset();
     m_waitingFrames.clear();
-    m_operator.critical(kNotConnected, kAppTitle);
+    tell(kNotConnected);
 }
 
 void WifiLink::onError(int number, const std::string& description) {
-    m_operator.critical("Socket Error " + std::to_string(number) + ": " + description, kAppTitle);
-    m_socket.close();
+    tell("Socket Error " + std::to_string(number) + ": " + description);
+    act({WifiAction::Kind::Close, {}, 0, {}, {}, false});
+    flush();
 }
 
 void WifiLink::onClosedByPeer() {
-    m_socket.close();
+    act({WifiAction::Kind::Close, {}, 0, {}, {}, false});
+    flush();
+}
+
+void WifiLink::onSendFailed(std::string_view frame, TimePoint now) {
+    if (m_state == TcpSocket::Connected) m_state = TcpSocket::Closed;
+    EthernetCommand(frame, now);
 }
 
 }  // namespace halvane

@@ -1,7 +1,8 @@
 #pragma once
-// The Wi-Fi link to the targets: a TCP client to a small device that relays frames over the air.
-// Connecting waits up to 5.0 s without holding anything up: the link is fed socket events and time,
-// and reports every wait it keeps through nextDeadline(), or nothing would wake it.
+// The Wi-Fi link to the targets: a TCP client to a small device that relays frames over the air. It
+// never touches a socket or a clock: it is fed the socket's events and time, and answers with actions
+// (connect, send, close, tell the operator) that a driver carries out. Connecting waits up to 5.0 s
+// without holding anything up, and every wait it keeps shows in nextDeadline().
 
 #include <chrono>
 #include <cstdint>
@@ -9,23 +10,31 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "links/tcp_socket.h"
-#include "links/timed_read.h"
+#include "links/timed_machine.h"
 
 namespace halvane {
 
-class Operator;
+// One thing the driver must do for the link.
+struct WifiAction {
+    enum class Kind { Connect, Send, Close, Tell };
+    Kind kind;
+    std::string host;        // Connect
+    std::uint16_t port = 0;  // Connect
+    std::string bytes;       // Send
+    std::string text;        // Tell, with the application's title
+    bool critical = false;   // Tell
+};
 
-class WifiLink {
+class WifiLink : public TimedMachine {
   public:
     static constexpr std::chrono::milliseconds kConnectBudget{5000};
     static constexpr std::chrono::milliseconds kHelloWait{200};
     static constexpr std::string_view kHello = "*KRV_CONN*";
     static constexpr const char* kDefaultPort = "31689";
-
-    WifiLink(TcpSocket& socket, Operator& op);
 
     // The server fields of the Wi-Fi window; they keep the operator's values for the whole run.
     std::string ServerIP;
@@ -39,34 +48,46 @@ class WifiLink {
     void EthernetCommand(std::string_view frame, TimePoint now);
 
     // Socket events.
+    void onState(int state, TimePoint now);
     void onData(std::string_view chunk);
     void onError(int number, const std::string& description);
     // The device ended the connection in an orderly way: no fault, the socket just closes.
     void onClosedByPeer();
-    // The socket's state changed, or time passed: ends a wait that is over.
-    void poll(TimePoint now);
+    // The socket would not take a frame: whatever its state said, the connection is gone, and the
+    // frame goes the way of one sent while the link is down.
+    void onSendFailed(std::string_view frame, TimePoint now);
+
     // The earliest of the link's waits (connect, hello), if it waits.
-    std::optional<TimePoint> nextDeadline() const;
-    // Called after every call that may have moved nextDeadline(), whoever made it, so that the driver
-    // re-arms its timer from it.
-    void setDeadlineMoved(std::function<void()> moved) { m_deadlineMoved = std::move(moved); }
+    std::optional<TimePoint> nextDeadline() const override;
+    void onTime(TimePoint now) override;
+
+    // The actions due since the last call, in order.
+    std::vector<WifiAction> takeActions() { return std::exchange(m_actions, {}); }
+    // Called when an entry point leaves actions behind, whoever called it, so that the driver carries
+    // them out at once.
+    void setActionsReady(std::function<void()> ready) { m_actionsReady = std::move(ready); }
 
     std::string sock_GetData() const { return m_rxData; }
     void sock_ClearData() { m_rxData.clear(); }
     // Everything received, a chunk a line, for the Wi-Fi window's log.
     const std::string& log() const { return m_log; }
-    int state() const { return m_socket.state(); }
+    // The socket's state as last reported.
+    int state() const { return m_state; }
 
   private:
+    void update(TimePoint now);
     void finishConnect(TimePoint now);
     void sendWaitingFrames();
     void dropWaitingFrames();
-    void deadlineMayHaveMoved() const {
-        if (m_deadlineMoved) m_deadlineMoved();
+    void act(WifiAction action) { m_actions.push_back(std::move(action)); }
+    void tell(std::string text) { act({WifiAction::Kind::Tell, {}, 0, {}, std::move(text), true}); }
+    // Hands the actions over; the last thing each entry point does, so that the driver finds the link
+    // settled when it calls back in.
+    void flush() {
+        if (!m_actions.empty() && m_actionsReady) m_actionsReady();
     }
 
-    TcpSocket& m_socket;
-    Operator& m_operator;
+    int m_state = TcpSocket::Closed;
     std::string m_rxData;
     std::string m_log;
     std::optional<TimePoint> m_connectDeadline;
@@ -78,7 +99,8 @@ class WifiLink {
     bool m_sawConnecting = false;
     std::vector<std::string> m_waitingFrames;
     std::vector<std::function<void()>> m_whenConnected;
-    std::function<void()> m_deadlineMoved;
+    std::vector<WifiAction> m_actions;
+    std::function<void()> m_actionsReady;
 };
 
 }  // namespace halvane
