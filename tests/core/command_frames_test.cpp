@@ -94,12 +94,11 @@ TEST(CommandFrames, AllTargetsGoToAddressAllOrToEveryBankInOrder) {
 }
 
 TEST(CommandFrames, LineControllerOpeningLaysEveryBankDownAndConfiguresIt) {
-    const std::vector<std::string> run = {"SPA00000000\r", "CPA00000000\r", "SPB00000000\r", "CPB00000000\r",
-                                          "SPC00000000\r", "CPC00000000\r", "SPD00000000\r", "CPD0\r"};
-    EXPECT_EQ(lineControllerOpening(false), run);
-    std::vector<std::string> live = {" \r"};
-    live.insert(live.end(), run.begin(), run.end());
-    EXPECT_EQ(lineControllerOpening(true), live);
+    std::vector<std::string> frames = {"SPA00000000\r", "CPA00000000\r", "SPB00000000\r", "CPB00000000\r",
+                                       "SPC00000000\r", "CPC00000000\r", "SPD00000000\r", "CPD0\r"};
+    EXPECT_EQ(lineControllerOpening(false), frames);
+    frames.insert(frames.begin(), " \r");
+    EXPECT_EQ(lineControllerOpening(true), frames);
 }
 
 TEST(CommandFrames, HitScoresGoOnTheSerialLineElseTheSocketAndNeverAsText) {
