@@ -4,19 +4,21 @@
 
 namespace halvane::sim {
 
+using namespace wire::lines;
+
 namespace {
 
 constexpr std::size_t kLongestLine = 32;
 
 int bankOf(char c) {
-    return c >= 'A' && c < 'A' + LineController::kBanks ? c - 'A' : -1;
+    return c >= kFirstBank && c < kFirstBank + LineController::kBanks ? c - kFirstBank : -1;
 }
 
 }  // namespace
 
 void LineController::receive(std::string_view bytes, TimePoint) {
     for (char c : bytes) {
-        if (c == '\r') {
+        if (c == kLineEnd) {
             onLine(m_line);
             m_line.clear();
         } else if (c >= ' ' && c <= '~' && m_line.size() < kLongestLine) {
@@ -34,11 +36,13 @@ void LineController::onLine(std::string_view line) {
         setLine(bank, pin, on);
         return true;
     };
-    if (single("SETP", true) || single("RESP", false)) return;
-    if (line.size() == 3 + kLinesPerBank && line.starts_with("SP") && bankOf(line[2]) >= 0 &&
-        line.find_first_not_of("01", 3) == std::string_view::npos) {
+    if (single(kOn, true) || single(kOff, false)) return;
+    // Configuration frames (kConfigure) change nothing on a simulated line and fall through here.
+    const std::size_t digits = kSetBank.size() + 1;
+    if (line.size() == digits + kLinesPerBank && line.starts_with(kSetBank) &&
+        bankOf(line[digits - 1]) >= 0 && line.find_first_not_of("01", digits) == std::string_view::npos) {
         for (int pin = 0; pin < kLinesPerBank; ++pin) {
-            setLine(bankOf(line[2]), pin, line[static_cast<std::size_t>(3 + pin)] == '1');
+            setLine(bankOf(line[digits - 1]), pin, line[digits + static_cast<std::size_t>(pin)] == '1');
         }
     }
 }

@@ -19,14 +19,15 @@
 
 #include "sim/device.h"
 #include "sim/range.h"
+#include "text/wire_vocabulary.h"
 
 namespace halvane::sim {
 
 // The line controller: text frames to lines, lines to target faces.
 class LineController : public Device {
   public:
-    static constexpr int kBanks = 4;
-    static constexpr int kLinesPerBank = 8;
+    static constexpr int kBanks = wire::lines::kBanks;
+    static constexpr int kLinesPerBank = wire::lines::kPerBank;
 
     explicit LineController(Range& range) : m_range(range) {}
 

@@ -15,7 +15,8 @@ void SetupGrid(ProgramGrid& grid, const SharedState& state) {
     const int rows = state.NumSeconds + 2;
     if (state.NumSeconds < 0 || rows > 32767)
         throw Fault("A Program of " + std::to_string(state.NumSeconds) +
-                    " seconds cannot be held: the length must be 0 to 32765 seconds.");
+                    " seconds cannot be held: the length must be 0 to " +
+                    std::to_string(SharedState::kMaxSeconds) + " seconds.");
     const int columns = programColumns(state);
     if (columns < 0 || columns + 1 > ProgramGrid::kMaxCols)
         throw Fault("A Program of " + std::to_string(columns) + (state.UseGroups ? " groups" : " targets") +

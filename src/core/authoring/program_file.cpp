@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "authoring/grid_setup.h"
-#include "text/fault.h"
 #include "text/conversions.h"
+#include "text/fault.h"
 #include "text/input_fields.h"
 
 namespace halvane {
@@ -208,7 +208,8 @@ void readAll(SharedState& state, const ProgramLoadHost& host, text::InputFields&
             const std::int16_t target = int16Field(in, "target number");
             const std::int16_t group = int16Field(in, "group number");
             if (target < 0 || target > SharedState::kMaxTargets)
-                throw LoadFailure(line, "target " + std::to_string(target) + " is not 0 to 200.");
+                throw LoadFailure(line, "target " + std::to_string(target) + " is not 0 to " +
+                                            std::to_string(SharedState::kMaxTargets) + ".");
             state.GroupNum[static_cast<std::size_t>(target)] = group;
         }
     }
