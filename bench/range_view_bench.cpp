@@ -4,7 +4,9 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QScrollBar>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 
@@ -32,15 +34,18 @@ void showFaces(RangeView& model) {
 }
 
 // The model built, the widget made and the first whole view painted.
+void openLargeRange() {
+    SharedState state = largeRange();
+    RangeView model(state, RangeWindowKind::Run);
+    model.build();
+    app::RangeViewWidget view(model);
+    view.resize(1000, 700);
+    benchmark::DoNotOptimize(view.grab());
+}
+
+// After the first opening the pictures are rendered already, as for every later window.
 void OpenLargeRange(benchmark::State& bench) {
-    for (auto _ : bench) {
-        SharedState state = largeRange();
-        RangeView model(state, RangeWindowKind::Run);
-        model.build();
-        app::RangeViewWidget view(model);
-        view.resize(1000, 700);
-        benchmark::DoNotOptimize(view.grab());
-    }
+    for (auto _ : bench) openLargeRange();
 }
 BENCHMARK(OpenLargeRange)->Unit(benchmark::kMillisecond);
 
@@ -97,6 +102,11 @@ int main(int argc, char** argv) {
             saveShot(argv[i] + 7);
             return 0;
         }
+    // The very first opening also renders the pictures from their SVG.
+    QElapsedTimer first;
+    first.start();
+    openLargeRange();
+    std::printf("first opening of the range, pictures rendered: %.1f ms\n", first.nsecsElapsed() / 1e6);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

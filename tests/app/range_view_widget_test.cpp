@@ -21,15 +21,23 @@ struct PaintLog : QObject {
     }
 };
 
-SharedState range(int targets, int cols, const char* iconSize) {
+// A run window's range of LM series targets, laid out from the top left and shown.
+struct Shown {
     SharedState state;
-    state.NumTargets = static_cast<std::int16_t>(targets);
-    state.NumCols = static_cast<std::int16_t>(cols);
-    state.IconSize = iconSize;
-    state.StartBottom = false;
-    state.TypeLMSeries = true;
-    return state;
-}
+    RangeView model{state, RangeWindowKind::Run};
+    std::unique_ptr<app::RangeViewWidget> view;
+    Shown(int targets, int cols, const char* iconSize, QSize size) {
+        state.NumTargets = static_cast<std::int16_t>(targets);
+        state.NumCols = static_cast<std::int16_t>(cols);
+        state.IconSize = iconSize;
+        state.StartBottom = false;
+        state.TypeLMSeries = true;
+        model.build();
+        view = std::make_unique<app::RangeViewWidget>(model);
+        view->resize(size);
+        view->show();
+    }
+};
 
 }  // namespace
 
@@ -38,12 +46,8 @@ class RangeViewWidgetTest : public QObject {
 
   private slots:
     void aFaceChangeRepaintsOnlyItsTileWithItsPictureAndClicksFindTheTarget() {
-        SharedState state = range(7, 3, "Medium");
-        RangeView model(state, RangeWindowKind::Run);
-        model.build();
-        app::RangeViewWidget view(model);
-        view.resize(400, 300);
-        view.show();
+        Shown shown(7, 3, "Medium", {400, 300});
+        auto& view = *shown.view;
         QVERIFY(QTest::qWaitForWindowExposed(&view));
         QWidget* pic = view.findChild<QWidget*>("PicMain");
         QVERIFY(pic);
@@ -54,7 +58,7 @@ class RangeViewWidgetTest : public QObject {
         PaintLog log;
         QTest::qWait(50);
         pic->installEventFilter(&log);
-        model.setFace(5, wire::Action::Friend);
+        shown.model.setFace(5, wire::Action::Friend);
         QTRY_VERIFY(!log.painted.isEmpty());
         QVERIFY(view.tileBounds(5).contains(log.painted.boundingRect()));
         QVERIFY(log.painted.contains(view.pictureRect(5)));
@@ -73,12 +77,8 @@ class RangeViewWidgetTest : public QObject {
     }
 
     void theScrollBarsReachEveryCornerOfALargeRange() {
-        SharedState state = range(200, 40, "Large");
-        RangeView model(state, RangeWindowKind::Run);
-        model.build();
-        app::RangeViewWidget view(model);
-        view.resize(800, 600);
-        view.show();
+        Shown shown(200, 40, "Large", {800, 600});
+        auto& view = *shown.view;
         QVERIFY(QTest::qWaitForWindowExposed(&view));
         QWidget* pic = view.picMain();
         QScrollBar* h = view.horizontalScrollBar();

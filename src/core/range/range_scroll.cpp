@@ -12,9 +12,9 @@ namespace halvane {
 RangeScroll::RangeScroll(const std::string& iconSize, int wheelLines)
     : m_line(RangeView::pictureSize(iconSize).height + 2), m_wheelLines(wheelLines < 1 ? 3 : wheelLines) {}
 
-// The bars always reach the whole range as laid out, whatever its number of rows and columns. Fixed
-// row and column figures would leave the far rows of a Large range, or the columns beyond the thirtieth,
-// out of reach; this program sizes the bars from the range itself instead.
+// The bars reach the whole range as laid out, whatever its rows, columns and icon size. This program
+// sizes them from the range itself rather than from fixed figures per row and per column, which would
+// leave the last rows of a Large range, or columns beyond the thirtieth, out of reach.
 int RangeScroll::maximum(int contentPixels, int viewportPixels) {
     return std::max(0, contentPixels - viewportPixels);
 }

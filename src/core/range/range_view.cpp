@@ -39,7 +39,16 @@ const char* faceWord(wire::Action face) {
 
 }  // namespace
 
-RangeView::RangeView(SharedState& state, RangeWindowKind kind) : m_state(state), m_kind(kind) {}
+RangeView::RangeView(SharedState& state, RangeWindowKind kind) : m_state(state), m_kind(kind) {
+    clearTileMap();
+}
+
+// The map stands whole from the start, all empty, whichever layout the window uses.
+void RangeView::clearTileMap() {
+    const auto side = static_cast<std::size_t>(SharedState::kMaxTargets + 1);
+    m_tileMap.assign(side, std::vector<std::int16_t>(side, 0));
+    m_tileRows = 0;
+}
 
 RangeView::Pitches RangeView::pitches() const {
     const bool layout = m_kind == RangeWindowKind::Layout;
@@ -165,9 +174,7 @@ void RangeView::LayoutTopLeft() {
 }
 
 void RangeView::BuildTileMap() {
-    const auto side = static_cast<std::size_t>(SharedState::kMaxTargets + 1);
-    m_tileMap.assign(side, std::vector<std::int16_t>(side, 0));
-    m_tileRows = 0;
+    clearTileMap();
     const int targets = m_state.NumTargets, cols = m_state.NumCols;
     for (int base = 0; base <= targets; base += cols) {
         if (base >= targets) continue;

@@ -88,6 +88,7 @@ class RangeView {
     void startLayout();
     void buildTile(int target);
     void LayoutTopLeft();
+    void clearTileMap();
     void BuildTileMap();
     void LayoutBottomLeft();
     void drawHits(bool zeroForEmpty);
