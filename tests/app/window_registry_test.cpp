@@ -1,6 +1,7 @@
 // Every window is shown through one call: the view is found by the model's type, shown modal or
 // modeless, and a modeless view never outlives its model.
 
+#include <QDialog>
 #include <QPainter>
 #include <QPointer>
 #include <QTimer>
