@@ -39,7 +39,8 @@ int main(int argc, char** argv) {
     QCommandLineOption simulateOption(
         "simulate",
         "Start on a simulated range (transmitter, radio modem, line controller, Wi-Fi bridge and "
-        "8 targets) with settings of its own; the operator's hvn.cfg is not touched.");
+        "8 targets) with settings of its own and an example Program open; the operator's hvn.cfg is "
+        "not touched.");
     parser.addOption(simulateOption);
     parser.process(app);
 
