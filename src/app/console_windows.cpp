@@ -11,6 +11,8 @@
 #include "links/transmitter_windows.h"
 #include "platform/window_registry.h"
 #include "program_setup_dialog.h"
+#include "range/range_running.h"
+#include "range_running_view.h"
 #include "setup_dialog_view.h"
 #include "transmitter_dialogs.h"
 
@@ -27,6 +29,7 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
     registry.add<ProgressWindow>([&op](ProgressWindow& model, QWidget* parent) {
         return std::make_unique<ProgressView>(model, op, parent);
     });
+    registry.add<frmRangeRunning, RangeRunningView>();
     registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
 }
 

@@ -71,7 +71,7 @@ int main(int argc, char** argv) {
                              (exeDir / "../docs/manual.html").string()}};
     Form1 form(state, op, positions, manuals);
     app::ConsoleLinks links(state, op);
-    form.attachLinks(&links.comPort(), &links.wifi());
+    form.attachLinks(&links.comPort(), &links.wifi(), &app::ConsoleLinks::newWindowPort);
     app::MainWindowView window(form);
     op.setParentWindow(&window);
     op.setPopupHandler([&window](const std::string& menu) { return window.popup(menu); });

@@ -56,4 +56,18 @@ int sendCommand(const std::string& programFile, const TransmitterOptions& option
 // `download`: prints the grid; exit 0 on success or an empty place, 1 on failure (a lost line too).
 int downloadCommand(const TransmitterOptions& options, SharedState& state);
 
+// How `run` plays a Program, from the command line's options.
+inline constexpr int kMaxRunSecond = 32765;
+struct RunOptions {
+    int from = 0;                  // --from S
+    int port = 0;                  // --port N (0: ComPort of the configuration)
+    std::string device;            // --device PATH (over --port)
+    std::string wifi;              // --wifi HOST:PORT (else the configured address)
+    bool continueAtPause = false;  // --at-pause continue
+};
+std::optional<RunOptions> parseRunOptions(const std::vector<std::string>& args);
+// `run PROGRAM.hvn`: one line per step on stdout, "Paused" at a Pause row, "Finished" after the last;
+// exit 0, 1 when the Program or the port cannot be opened, 130 after SIGINT or SIGTERM.
+int runCommand(const std::string& programFile, const RunOptions& options, SharedState& state);
+
 }  // namespace halvane::cli

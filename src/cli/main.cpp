@@ -30,7 +30,12 @@ constexpr const char* kUsage =
     "                          store the Program in place N of the transmitter (an occupied place is\n"
     "                          answered No unless --overwrite yes); exit 0 only when it was stored\n"
     "  download --place N [--port N | --device PATH] [-o OUT.hvn]\n"
-    "                          fetch place N and print it as `grid` does (and save it with -o)\n";
+    "                          fetch place N and print it as `grid` does (and save it with -o)\n"
+    "  run PROGRAM.hvn [--from S] [--port N | --device PATH] [--wifi HOST:PORT]\n"
+    "      [--at-pause stop|continue]\n"
+    "                          play the Program in real time as the run window does: one line per\n"
+    "                          step (the second shown), Paused at a Pause row (then exit 0, or go on\n"
+    "                          with continue), Finished after the last row; exit 130 on SIGINT/SIGTERM\n";
 
 int usage() {
     std::cerr << kUsage;
@@ -96,6 +101,10 @@ int main(int argc, char** argv) {
     if (command == "send" && args.size() >= 2) {
         const auto options = cli::parseTransmitterOptions({args.begin() + 2, args.end()}, false);
         return options ? cli::sendCommand(args[1], *options, state) : usage();
+    }
+    if (command == "run" && args.size() >= 2) {
+        const auto options = cli::parseRunOptions({args.begin() + 2, args.end()});
+        return options ? cli::runCommand(args[1], *options, state) : usage();
     }
     if (command == "download") {
         const auto options = cli::parseTransmitterOptions({args.begin() + 1, args.end()}, true);

@@ -22,7 +22,8 @@ int floorOf(const std::string& folder) {
 TEST(Layering, EveryCoreFolderIncludesOnlyItsOwnFloorAndThoseBelowAndOnlyOneFileCallsTheSystem) {
     const std::filesystem::path root = HALVANE_CORE_SOURCES;
     const std::regex quoted(R"(^\s*#\s*include\s*"([^"/]+)/[^"]+")");
-    const std::regex system(R"(^\s*#\s*include\s*<(unistd|fcntl|termios|poll|pwd|signal|dirent|sys/[^>]*)\.h>)");
+    const std::regex system(
+        R"(^\s*#\s*include\s*<(unistd|fcntl|termios|poll|pwd|signal|dirent|sys/[^>]*)\.h>)");
     int files = 0;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
         if (!entry.is_regular_file()) continue;

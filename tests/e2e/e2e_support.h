@@ -7,7 +7,9 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <signal.h>
 #include <sys/socket.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -15,6 +17,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "../core/temp_dir.h"
 #include "sim/server/unique_fd.h"
@@ -72,5 +75,52 @@ inline std::string readFor(int fd, std::size_t count, std::chrono::milliseconds 
 }
 
 using ScratchDir = testing::TempDir;
+
+// A program of the build started with its stdout and stderr on one pipe; killed if the test leaves
+// it running.
+class ChildProcess {
+  public:
+    ChildProcess(const std::string& binary, std::vector<std::string> args) {
+        args.insert(args.begin(), binary);
+        std::vector<char*> argv;
+        for (auto& arg : args) argv.push_back(arg.data());
+        argv.push_back(nullptr);
+        int pipeFds[2];
+        if (::pipe2(pipeFds, O_CLOEXEC) != 0) return;
+        m_out.reset(pipeFds[0]);
+        if ((m_pid = ::fork()) == 0) {
+            ::dup2(pipeFds[1], STDOUT_FILENO);
+            ::dup2(pipeFds[1], STDERR_FILENO);
+            ::execv(binary.c_str(), argv.data());
+            ::_exit(127);
+        }
+        ::close(pipeFds[1]);
+    }
+    ~ChildProcess() {
+        if (m_pid > 0) {
+            ::kill(m_pid, SIGKILL);
+            ::waitpid(m_pid, nullptr, 0);
+        }
+    }
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    int output() const { return m_out.get(); }
+    // The exit status, after `signal` if one is given, or -1 if the program did not end in `within`.
+    int exitStatus(int signal = 0, std::chrono::milliseconds within = 2000ms) {
+        if (signal) ::kill(m_pid, signal);
+        for (auto waited = 0ms; waited < within; waited += 10ms, ::poll(nullptr, 0, 10)) {
+            int status = 0;
+            if (::waitpid(m_pid, &status, WNOHANG) == m_pid) {
+                m_pid = -1;
+                return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+            }
+        }
+        return -1;
+    }
+
+  private:
+    pid_t m_pid = -1;
+    UniqueFd m_out;
+};
 
 }  // namespace halvane::e2e

@@ -2,9 +2,6 @@
 // and a clean end on SIGTERM. Built only where the program is.
 #ifdef HALVANE_SIM_BINARY
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/wait.h>
-
 #include <map>
 #include <sstream>
 
@@ -13,36 +10,15 @@
 namespace halvane::e2e {
 namespace {
 
-// The program started with its output on a pipe; killed if the test leaves it running.
-class SimProcess {
+// halvane-sim started with its output on a pipe.
+class SimProcess : public ChildProcess {
   public:
-    explicit SimProcess(std::vector<std::string> args) {
-        args.insert(args.begin(), HALVANE_SIM_BINARY);
-        std::vector<char*> argv;
-        for (auto& arg : args) argv.push_back(arg.data());
-        argv.push_back(nullptr);
-        int pipeFds[2];
-        if (::pipe2(pipeFds, O_CLOEXEC) != 0) return;
-        m_out.reset(pipeFds[0]);
-        if ((m_pid = ::fork()) == 0) {
-            ::dup2(pipeFds[1], STDOUT_FILENO);
-            ::dup2(pipeFds[1], STDERR_FILENO);
-            ::execv(HALVANE_SIM_BINARY, argv.data());
-            ::_exit(127);
-        }
-        ::close(pipeFds[1]);
-    }
-    ~SimProcess() {
-        if (m_pid > 0) {
-            ::kill(m_pid, SIGKILL);
-            ::waitpid(m_pid, nullptr, 0);
-        }
-    }
+    explicit SimProcess(std::vector<std::string> args) : ChildProcess(HALVANE_SIM_BINARY, std::move(args)) {}
     // The NAME=VALUE lines printed up to and including the Wi-Fi address.
     std::map<std::string, std::string> addresses() {
         std::string text;
         while (text.find("wifi=") == std::string::npos || text.back() != '\n') {
-            const auto more = readFor(m_out.get(), 1);
+            const auto more = readFor(output(), 1);
             if (more.empty()) break;
             text += more;
         }
@@ -52,22 +28,6 @@ class SimProcess {
             lines[line.substr(0, line.find('='))] = line.substr(line.find('=') + 1);
         return lines;
     }
-    // The exit status, after `signal` if one is given, or -1 if the program did not end within two seconds.
-    int exitStatus(int signal = 0) {
-        if (signal) ::kill(m_pid, signal);
-        for (int waited = 0; waited < 200; ++waited, ::poll(nullptr, 0, 10)) {
-            int status = 0;
-            if (::waitpid(m_pid, &status, WNOHANG) == m_pid) {
-                m_pid = -1;
-                return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-            }
-        }
-        return -1;
-    }
-
-  private:
-    pid_t m_pid = -1;
-    UniqueFd m_out;
 };
 
 // Real line time by default: the probe up to its CR (2 bytes) and the 10 bytes of the answer take

@@ -128,7 +128,7 @@ OperatorScript::Run::Run(ScratchRange& range, std::string bytes) : choices(std::
     readStartup(range.prepareRun(targets, groups, useGroups, leftClick, port), state);
     form = std::make_unique<Form1>(state, op, positions);
     links = std::make_unique<app::ConsoleLinks>(state, op);
-    form->attachLinks(&links->comPort(), &links->wifi());
+    form->attachLinks(&links->comPort(), &links->wifi(), &app::ConsoleLinks::newWindowPort);
     window = std::make_unique<app::MainWindowView>(*form);
     op.setParentWindow(window.get());
     op.setPopupHandler([this](const std::string& menu) { return window->popup(menu); });

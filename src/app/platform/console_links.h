@@ -1,6 +1,8 @@
 #pragma once
 // The console's device links, one of each for the whole run: the shared serial line and the Wi-Fi link.
 
+#include <memory>
+
 #include "links/com_port.h"
 #include "links/port_names.h"
 #include "links/wifi_driver.h"
@@ -28,6 +30,8 @@ class ConsoleLinks {
     WifiLink& wifi() { return m_wifi; }
     QtSerialPort& serialPort() { return m_serial; }
     PortNames& portNames() { return m_names; }
+    // The run and live windows each open a port of their own on the same line.
+    static std::unique_ptr<SerialPort> newWindowPort() { return std::make_unique<QtSerialPort>(); }
 
   private:
     QtSerialPort m_serial;

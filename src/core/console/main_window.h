@@ -12,6 +12,7 @@
 #include "authoring/shared_state.h"
 #include "authoring/window_position.h"
 #include "console/menu_item.h"
+#include "links/serial_port.h"
 
 namespace halvane {
 
@@ -52,11 +53,15 @@ class Form1 {
     void M_Ethernet();
     void M_Send();
     void M_Download();
+    void M_Run();
 
-    // The device links the window reaches: the shared serial line and the Wi-Fi link.
-    void attachLinks(ComPortModule* comPort, WifiLink* wifi) {
+    // The device links the window reaches: the shared serial line and the Wi-Fi link. The run and
+    // live windows open serial ports of their own, which the platform makes.
+    using PortFactory = std::function<std::unique_ptr<SerialPort>()>;
+    void attachLinks(ComPortModule* comPort, WifiLink* wifi, PortFactory newPort = {}) {
         m_comPort = comPort;
         m_wifi = wifi;
+        m_newPort = std::move(newPort);
     }
 
     // The grid's events and the popup's commands. Buttons: 1 left, 2 right, 4 middle; shift: 1 Shift,
@@ -133,6 +138,7 @@ class Form1 {
     Operator& m_operator;
     ComPortModule* m_comPort = nullptr;
     WifiLink* m_wifi = nullptr;
+    PortFactory m_newPort;
     PositionStore& m_positions;
     ManualLocations m_manuals;
     std::vector<MenuItem> m_menu;

@@ -1,0 +1,272 @@
+#include "range/range_running.h"
+
+#include <utility>
+
+#include "authoring/about_box.h"
+#include "authoring/operator.h"
+#include "links/com_port.h"
+#include "text/conversions.h"
+#include "text/fault.h"
+
+namespace halvane {
+
+frmRangeRunning::frmRangeRunning(SharedState& state, const ProgramGrid& grid, SerialPort& port,
+                                 const PortNames& names, WifiSend wifi, Operator& op,
+                                 PositionStore& positions)
+    : m_state(state),
+      m_grid(grid),
+      m_port(port),
+      m_names(names),
+      m_wifi(std::move(wifi)),
+      m_operator(op),
+      m_positions(positions),
+      m_view(state, RangeWindowKind::Run) {}
+
+void frmRangeRunning::Load() {
+    m_port.listen({{}, [this](const std::string&) { onLineLost(); }});
+    BtnConnect.Enabled = m_state.RadioUSB || m_state.TypeVMR4000;
+    placement.Tag = kPositionTag;
+    RestoreWindowPos(placement, m_positions);
+    CurRow = 0;
+    // With the bottom-left layout the hit score buttons keep their design state, whatever the settings.
+    if (!m_state.StartBottom) {
+        for (Control* button : {&BtnGetHitScores, &BtnClearHitScores}) {
+            button->Enabled = m_state.TypeLMSeries;
+            button->Visible = !m_state.UseGroups;
+        }
+    }
+    m_view.build();
+}
+
+void frmRangeRunning::Resize(float widthTwips, float heightTwips) {
+    const float w = widthTwips;
+    if (w > Label1.Width) {
+        Label1.Left = w / 2 - Label1.Width / 2;
+        BtnStart.Left = w / 2 - BtnStart.Width - 600;
+        BtnStop.Left = w / 2 - BtnStop.Width / 2;
+        BtnExit.Left = w / 2 + 600;
+        Label2.Left = w / 2 + 100;
+        txtTimer.Left = w / 2 - txtTimer.Width - 100;
+        lblPaused.Left = w / 2 - lblPaused.Width / 2;
+        BtnGetHitScores.Left = w / 4 - BtnGetHitScores.Width / 2;
+        BtnClearHitScores.Left = 3 * w / 4 - BtnClearHitScores.Width / 2;
+    }
+    // The range's box follows the window, except after a failed Connect, until a later one succeeds.
+    // (It follows from the first opening on, not only once a position has been stored.)
+    if (!PortError && heightTwips > 2000 && widthTwips > 150) {
+        picScrollBox.Height = heightTwips - 2500;
+        picScrollBox.Width = widthTwips - 150;
+    }
+}
+
+bool frmRangeRunning::openPort() {
+    const std::string device = m_names.device(m_state.ComPort);
+    if (device.empty() || !m_port.open(device)) return false;
+    m_port.setRts(false);
+    m_port.setDtr(false);
+    return true;
+}
+
+void frmRangeRunning::BtnConnect_Click() {
+    if (BtnConnect.Caption != "Connect") {
+        m_port.close();
+        BtnConnect.Caption = "Connect";
+        return;
+    }
+    PortError = false;
+    bool opened = false;
+    if (m_state.TypeVMR4000) {
+        // A line controller never also receives binary frames.
+        m_state.RadioUSB = false;
+        opened = true;
+        PortError = !openPort();
+    } else if (m_state.RadioUSB) {
+        opened = true;
+        PortError = !openPort();
+    }
+    if (opened && PortError) {
+        m_operator.critical(ComPortModule::inUseMessage(m_state.ComPort), kAppTitle);
+        return;
+    }
+    if (opened) {
+        m_port.dropInput();
+        m_port.dropOutput();
+        if (m_state.TypeVMR4000) {
+            std::string opening;
+            for (const auto& frame : lineControllerOpening(false)) opening += frame;
+            m_serialOut = opening;
+        }
+    }
+    BtnConnect.Caption = "Disconnect";
+    flushSerial();
+}
+
+void frmRangeRunning::onLineLost() {
+    if (BtnConnect.Caption == "Connect") return;
+    BtnConnect.Caption = "Connect";
+    m_port.close();
+    const bool wasBusy = std::exchange(m_busy, true);
+    const std::string why =
+        m_port.lostReason().empty() ? "it would not take the frames" : m_port.lostReason();
+    m_operator.critical("Comm Port " + std::to_string(m_state.ComPort) + ": the line went away (" + why +
+                            "). The run goes on without it; Connect again when the line is back.",
+                        kAppTitle);
+    m_busy = wasBusy;
+    if (m_changeObserver) m_changeObserver();
+}
+
+void frmRangeRunning::BtnStart_Click(TimePoint now) {
+    // The start second is checked before anything changes: a row above the heading names no second.
+    const double typed = text::Val(txtTimer.Caption);
+    const auto start = text::toInt16(typed);
+    if (typed < -1) {
+        m_operator.tell("The start second \"" + txtTimer.Caption +
+                            "\" is not a second of this Program: type 0 to " +
+                            std::to_string(m_state.NumSeconds) + ".",
+                        kAppTitle);
+        return;
+    }
+    txtTimerLocked = true;
+    NextTick = now;
+    Timer1Enabled = true;
+    CurRow = start.value_or(0);
+    if (CurRow >= m_state.NumSeconds) CurRow = 0;
+    BtnStop.Enabled = true;
+    BtnStop.Caption = "Pause";
+    lblPaused.Visible = false;
+    onTime(now);
+}
+
+void frmRangeRunning::BtnStop_Click() {
+    if (BtnStop.Caption == "Pause") {
+        BtnStop.Caption = "Stop";
+        lblPaused.Visible = true;
+    } else {
+        CurRow = 0;
+        BtnStop.Caption = "Pause";
+        BtnStop.Enabled = false;
+        txtTimer.Caption = text::Str(static_cast<std::int64_t>(CurRow));
+    }
+    txtTimerLocked = false;
+    Timer1Enabled = false;
+}
+
+void frmRangeRunning::QueryUnload() {
+    placement.Tag = kPositionTag;
+    SaveWindowPos(placement, m_positions);
+}
+
+void frmRangeRunning::Unload() {
+    // The targets stay as they are: nothing is sent on the way out.
+    Timer1Enabled = false;
+    m_port.stopListening();
+    if (m_port.isOpen()) m_port.close();
+}
+
+std::optional<TimePoint> frmRangeRunning::nextDeadline() const {
+    return Timer1Enabled && !m_busy ? NextTick : std::nullopt;
+}
+
+void frmRangeRunning::onTime(TimePoint now) {
+    // A message box inside a step runs the event loop: the clock must not come back in meanwhile.
+    if (m_busy) return;
+    m_busy = true;
+    const long before = m_steps;
+    try {
+        while (Timer1Enabled && NextTick && now >= *NextTick) {
+            RunStep(now);
+            *NextTick += kStep;
+            if (m_stepObserver) m_stepObserver();
+        }
+    } catch (const Fault& fault) {
+        // A step that cannot be played stops the run where it stands; the tiles and the grid stay.
+        m_serialOut.clear();
+        Timer1Enabled = false;
+        BtnStop.Enabled = false;
+        BtnStop.Caption = "Pause";
+        m_operator.critical("The run stopped at second " + text::CStr(CurRow - 1) + ": " + fault.what(),
+                            kAppTitle);
+    }
+    m_busy = false;
+    if (m_steps != before && m_changeObserver) m_changeObserver();
+}
+
+frmRangeRunning::RunState frmRangeRunning::runState() const {
+    if (Timer1Enabled) return RunState::Running;
+    if (BtnStop.Caption == "Stop")
+        return txtTimerLocked ? RunState::PausedByProgram : RunState::PausedByOperator;
+    if (lblPaused.Visible) return RunState::Stopped;
+    return txtTimerLocked ? RunState::Finished : RunState::Ready;
+}
+
+void frmRangeRunning::RunStep(TimePoint now) {
+    ++m_steps;
+    ++CurRow;
+    if (CurRow > m_state.NumSeconds + 1) {
+        CurRow = 0;
+        BtnStop.Enabled = false;
+        Timer1Enabled = false;
+        return;
+    }
+    txtTimer.Caption = text::Str(static_cast<std::int64_t>(CurRow - 1));
+    if (m_state.UseGroups)
+        groupSteps();
+    else
+        targetSteps(now);
+}
+
+void frmRangeRunning::targetSteps(TimePoint now) {
+    for (int i = 1; i <= m_state.NumTargets; ++i) {
+        const std::string& cell = m_grid.TextMatrix(CurRow, i);
+        if (cell == "Pause") {
+            flushSerial();
+            pauseSteps();
+            return;
+        }
+        const auto action = wire::actionOfWord(cell);
+        if (!action || m_view.face(i) == *action) continue;
+        send(*action, i, now);
+        m_view.setFace(i, *action);
+    }
+    flushSerial();
+}
+
+// Group steps only paint, and paint the tile the layout left in CurTile, once for every target of the
+// group: no frame goes out in group mode.
+void frmRangeRunning::groupSteps() {
+    for (int g = 1; g <= m_state.NumGroups; ++g) {
+        const std::string& cell = m_grid.TextMatrix(CurRow, g);
+        if (cell == "Pause") {
+            pauseSteps();
+            return;
+        }
+        const auto action = wire::actionOfWord(cell);
+        if (!action) continue;
+        for (int j = 1; j <= m_state.NumTargets; ++j)
+            if (m_state.GroupNum[static_cast<std::size_t>(j)] == g) m_view.setFace(m_view.CurTile, *action);
+    }
+}
+
+void frmRangeRunning::pauseSteps() {
+    BtnStop.Caption = "Stop";
+    txtTimer.Caption = text::CStr(text::Val(txtTimer.Caption) + 1);
+    Timer1Enabled = false;
+    lblPaused.Visible = true;
+}
+
+void frmRangeRunning::send(wire::Action action, int target, TimePoint now) {
+    for (const Frame& frame : targetActionFrames(action, target, Carriers::from(m_state), m_port.isOpen())) {
+        if (frame.carrier == Carrier::Serial)
+            m_serialOut += frame.bytes;
+        else if (m_wifi)
+            m_wifi(frame.bytes, now);
+    }
+}
+
+void frmRangeRunning::flushSerial() {
+    if (m_serialOut.empty()) return;
+    const std::string bytes = std::exchange(m_serialOut, {});
+    if (m_port.isOpen() && !m_port.write(bytes)) onLineLost();
+}
+
+}  // namespace halvane
