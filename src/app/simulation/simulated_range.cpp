@@ -6,6 +6,7 @@
 #include "links/port_names.h"
 #include "sim/devices.h"
 #include "simulation/example_program.h"
+#include "text/conversions.h"
 
 namespace halvane::app {
 
@@ -84,6 +85,9 @@ void SimulatedRange::writeConfig() {
     set("Settings", "ComPort", " 1");
     set("Settings", "EthernetIP", "127.0.0.1");
     set("Settings", "EthernetPort", std::to_string(m_server.tcpPort()));
+    // The console's captions name the serial numbers the simulated targets carry.
+    const auto targets = m_range.snapshot();
+    for (const auto& target : targets) set("Serial Num", text::Str(std::int64_t{target.slot}), text::Str(std::int64_t{target.serial}));
     // Only the simulated devices answer: the other port numbers lead nowhere.
     for (int port = kFirstPort; port <= kLastPort; ++port) {
         std::string device = (m_dir.path() + "/absent-COM" + QString::number(port)).toStdString();
