@@ -26,7 +26,11 @@ class DeadlineTimer : public QObject {
     // The deadline the timer is armed for, if any.
     std::optional<TimePoint> armedFor() const { return m_armedFor; }
 
+    // How long before a deadline the timer fires, to sleep the rest precisely.
+    static constexpr std::chrono::milliseconds kFinalSleep{2};
+
   private:
+    std::optional<TimePoint> earliestDeadline() const;
     void fire();
 
     QTimer m_timer;

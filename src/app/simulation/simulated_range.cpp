@@ -87,7 +87,8 @@ void SimulatedRange::writeConfig() {
     set("Settings", "EthernetPort", std::to_string(m_server.tcpPort()));
     // The console's captions name the serial numbers the simulated targets carry.
     const auto targets = m_range.snapshot();
-    for (const auto& target : targets) set("Serial Num", text::Str(std::int64_t{target.slot}), text::Str(std::int64_t{target.serial}));
+    for (const auto& target : targets)
+        set("Serial Num", text::Str(std::int64_t{target.slot}), text::Str(std::int64_t{target.serial}));
     // Only the simulated devices answer: the other port numbers lead nowhere.
     for (int port = kFirstPort; port <= kLastPort; ++port) {
         std::string device = (m_dir.path() + "/absent-COM" + QString::number(port)).toStdString();
