@@ -67,7 +67,8 @@ struct RunOptions {
 };
 std::optional<RunOptions> parseRunOptions(const std::vector<std::string>& args);
 // `run PROGRAM.hvn`: one line per step on stdout, "Paused" at a Pause row, "Finished" after the last;
-// exit 0, 1 when the Program or the port cannot be opened, 130 after SIGINT or SIGTERM.
+// exit 0, 1 when the Program or the port cannot be opened, 130 after SIGINT or SIGTERM. What the Wi-Fi
+// link has to tell goes to stderr, and the run goes on.
 int runCommand(const std::string& programFile, const RunOptions& options, SharedState& state);
 
 }  // namespace halvane::cli

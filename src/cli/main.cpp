@@ -35,7 +35,9 @@ constexpr const char* kUsage =
     "      [--at-pause stop|continue]\n"
     "                          play the Program in real time as the run window does: one line per\n"
     "                          step (the second shown), Paused at a Pause row (then exit 0, or go on\n"
-    "                          with continue), Finished after the last row; exit 130 on SIGINT/SIGTERM\n";
+    "                          with continue), Finished after the last row; exit 130 on SIGINT/SIGTERM.\n"
+    "                          Frames go where hvn.cfg sends them: the serial radio or line controller,\n"
+    "                          and the Wi-Fi device at --wifi (else EthernetIP and EthernetPort)\n";
 
 int usage() {
     std::cerr << kUsage;

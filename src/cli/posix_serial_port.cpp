@@ -120,13 +120,18 @@ void PosixSerialPort::waitAndDeliver(std::chrono::milliseconds timeout) {
     pollfd p{m_fd, POLLIN, 0};
     if (::poll(&p, 1, static_cast<int>(std::max<std::chrono::milliseconds::rep>(timeout.count(), 0))) <= 0)
         return;
+    service(p.revents);
+}
+
+void PosixSerialPort::service(short revents) {
+    if (m_fd < 0) return;
     // A hang-up with nothing left to read: the line is gone. (A pty whose far end has closed reports
     // POLLIN too, but a read then only gives end of file.)
-    if ((p.revents & (POLLHUP | POLLERR | POLLNVAL)) && bytesAvailable() == 0) {
-        lose(p.revents & POLLHUP ? "the line hung up" : "the line reports an error");
+    if ((revents & (POLLHUP | POLLERR | POLLNVAL)) && bytesAvailable() == 0) {
+        lose(revents & POLLHUP ? "the line hung up" : "the line reports an error");
         return;
     }
-    if (p.revents & POLLIN) readAndDeliver();
+    if (revents & POLLIN) readAndDeliver();
 }
 
 }  // namespace halvane::cli

@@ -1,7 +1,8 @@
 #pragma once
 // The serial port for the command line, on the system's terminal calls: 9600 baud, 8N1, raw, no flow
 // control. There is no event loop: `waitAndDeliver` waits for bytes up to a deadline and delivers what
-// came. A hang-up, an end of file or an I/O error closes the port and reports the line lost.
+// came, or a caller's own poll watches fd() and hands what it found to service(). A hang-up, an end of
+// file or an I/O error closes the port and reports the line lost.
 
 #include <chrono>
 #include <string>
@@ -27,6 +28,9 @@ class PosixSerialPort : public SerialPort {
     // Waits until bytes can be read or `timeout` has passed, and delivers them. A line found gone is
     // reported lost.
     void waitAndDeliver(std::chrono::milliseconds timeout);
+    // For a caller's poll: the descriptor to watch for POLLIN (-1 when closed), and what the poll found.
+    int fd() const { return m_fd; }
+    void service(short revents);
     // Why the last open failed.
     const std::string& error() const { return m_error; }
 

@@ -1,16 +1,21 @@
-// `run`: plays a Program in real time from the command line, with the run window's own engine.
+// `run`: plays a Program in real time from the command line, with the run window's own engine, on the
+// serial line and the Wi-Fi link as the settings choose.
 
+#include <poll.h>
 #include <signal.h>
 #include <time.h>
 
-#include <cerrno>
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
 #include "cli/commands.h"
 #include "cli/console_operator.h"
 #include "cli/posix_serial_port.h"
+#include "cli/posix_tcp_socket.h"
 #include "links/port_names.h"
+#include "links/wifi_driver.h"
+#include "links/wifi_link.h"
 #include "range/range_running.h"
 #include "text/conversions.h"
 
@@ -24,30 +29,77 @@ void onSignal(int) {
     g_interrupted = 1;
 }
 
-// SIGINT and SIGTERM end the run as Exit does; the wait they break is not resumed.
-void catchSignals() {
+// SIGINT and SIGTERM end the run as Exit does. They are held back except while the run waits, so that
+// one that comes between a test of the flag and the wait still ends the wait. Answers the mask to wait
+// with; `before` keeps the one to restore.
+sigset_t catchSignals(sigset_t& before) {
     struct sigaction action {};
     action.sa_handler = onSignal;
     sigemptyset(&action.sa_mask);
     action.sa_flags = 0;
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+    sigset_t held;
+    sigemptyset(&held);
+    sigaddset(&held, SIGINT);
+    sigaddset(&held, SIGTERM);
+    sigprocmask(SIG_BLOCK, &held, &before);
+    sigset_t during = before;
+    sigdelset(&during, SIGINT);
+    sigdelset(&during, SIGTERM);
+    return during;
 }
 
-// Sleeps until `deadline` on the monotonic clock, the one steady_clock reads; false when a signal came.
-bool sleepUntil(TimePoint deadline) {
-    const auto since = deadline.time_since_epoch();
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(since);
-    timespec when{};
-    when.tv_sec = static_cast<time_t>(seconds.count());
-    when.tv_nsec =
-        static_cast<long>(std::chrono::duration_cast<std::chrono::nanoseconds>(since - seconds).count());
-    while (!g_interrupted) {
-        const int result = clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &when, nullptr);
-        if (result == 0) return !g_interrupted;
-        if (result != EINTR) return !g_interrupted;
+// The Wi-Fi link of a run, when the settings put frames on it.
+struct WifiCarrier {
+    PosixTcpSocket socket;
+    WifiLink link;
+    WifiDriver driver;
+
+    WifiCarrier(const RunOptions& options, const SharedState& state, Operator& op)
+        : driver(link, socket, op) {
+        link.ServerIP = state.EthernetIP;
+        link.ServerPort = state.EthernetPort;
+        if (!options.wifi.empty()) {
+            const auto colon = options.wifi.rfind(':');
+            link.ServerIP = options.wifi.substr(0, colon);
+            link.ServerPort = options.wifi.substr(colon + 1);
+        }
     }
-    return false;
+};
+
+std::optional<TimePoint> earliest(std::optional<TimePoint> a, std::optional<TimePoint> b) {
+    if (a && b) return std::min(*a, *b);
+    return a ? a : b;
+}
+
+// Waits until `deadline` (for ever without one, until a signal), or until the serial line or the socket
+// has something to say, and lets them say it. The wait is kept to the nanosecond: the schedule is
+// measured against it. False when a signal came.
+bool waitFor(std::optional<TimePoint> deadline, PosixSerialPort& port, PosixTcpSocket* socket,
+             const sigset_t& during) {
+    pollfd fds[2]{};
+    nfds_t count = 0;
+    const bool watchPort = port.fd() >= 0;
+    if (watchPort) fds[count++] = {port.fd(), POLLIN, 0};
+    const nfds_t socketAt = count;
+    if (socket && socket->fd() >= 0 && socket->pollEvents())
+        fds[count++] = {socket->fd(), socket->pollEvents(), 0};
+    timespec timeout{};
+    const timespec* limit = nullptr;
+    if (socket && socket->due()) {
+        limit = &timeout;
+    } else if (deadline) {
+        const auto left = std::max(std::chrono::nanoseconds(0), *deadline - SteadyClock::now());
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+        timeout.tv_sec = static_cast<time_t>(seconds.count());
+        timeout.tv_nsec = static_cast<long>((left - seconds).count());
+        limit = &timeout;
+    }
+    if (::ppoll(fds, count, limit, &during) < 0) return !g_interrupted;
+    if (watchPort) port.service(fds[0].revents);
+    if (socket) socket->service(count > socketAt ? fds[socketAt].revents : 0);
+    return !g_interrupted;
 }
 
 std::string trimmed(const std::string& text) {
@@ -135,7 +187,16 @@ int runCommand(const std::string& programFile, const RunOptions& options, Shared
     ConsoleOperator op(std::cerr, Answer::No);
     NoPositions positions;
     PosixSerialPort port;
-    frmRangeRunning window(state, *grid, port, names, nullptr, op, positions);
+    std::unique_ptr<WifiCarrier> wifi;
+    frmRangeRunning::WifiSend wifiSend;
+    if (state.RadioWiFi) {
+        wifi = std::make_unique<WifiCarrier>(options, state, op);
+        wifiSend = [&link = wifi->link](std::string_view frame, TimePoint now) {
+            link.EthernetCommand(frame, now);
+        };
+    }
+    PosixTcpSocket* socket = wifi ? &wifi->socket : nullptr;
+    frmRangeRunning window(state, *grid, port, names, wifiSend, op, positions);
     window.Load();
     if (window.BtnConnect.Enabled) {
         window.BtnConnect_Click();
@@ -159,26 +220,36 @@ int runCommand(const std::string& programFile, const RunOptions& options, Shared
         std::cout.flush();
     });
 
-    catchSignals();
+    sigset_t before;
+    const sigset_t during = catchSignals(before);
     window.txtTimer.Caption = std::to_string(options.from);
-    TimePoint due = SteadyClock::now();
-    window.BtnStart_Click(due);
+    window.BtnStart_Click(SteadyClock::now());
     while (!stop && !g_interrupted) {
-        if (window.runState() == frmRangeRunning::RunState::PausedByProgram) {
-            // Goes on as Start would from the Program's pause, one second after the step that paused.
-            due = *window.NextTick;
-            if (!sleepUntil(due)) break;
-            window.BtnStart_Click(due);
-            continue;
-        }
-        const auto deadline = window.nextDeadline();
-        if (!deadline) break;
-        if (!sleepUntil(*deadline)) break;
-        window.onTime(SteadyClock::now());
+        // A Program's pause goes on as Start would, one second after the step that paused.
+        const bool paused = window.runState() == frmRangeRunning::RunState::PausedByProgram;
+        const auto due = paused ? window.NextTick : window.nextDeadline();
+        if (!due) break;
+        if (!waitFor(earliest(due, wifi ? wifi->link.nextDeadline() : std::nullopt), port, socket, during))
+            break;
+        const TimePoint now = SteadyClock::now();
+        if (wifi) wifi->link.onTime(now);
+        if (now < *due) continue;
+        if (paused)
+            window.BtnStart_Click(*due);
+        else
+            window.onTime(now);
+    }
+    // The frames of the last step may still wait for the connection or the device's hello.
+    const TimePoint drainEnd = SteadyClock::now() + WifiLink::kConnectBudget + WifiLink::kHelloWait;
+    while (wifi && !g_interrupted && SteadyClock::now() < drainEnd &&
+           (wifi->link.nextDeadline() || wifi->socket.due() || wifi->socket.sending())) {
+        if (!waitFor(earliest(wifi->link.nextDeadline(), drainEnd), port, socket, during)) break;
+        wifi->link.onTime(SteadyClock::now());
     }
     window.BtnExit_Click();
     window.QueryUnload();
     window.Unload();
+    sigprocmask(SIG_SETMASK, &before, nullptr);
     return g_interrupted ? 130 : 0;
 }
 
