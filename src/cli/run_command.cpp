@@ -76,6 +76,8 @@ std::optional<TimePoint> earliest(std::optional<TimePoint> a, std::optional<Time
 // Waits until `deadline` (for ever without one, until a signal), or until the serial line or the socket
 // has something to say, and lets them say it. The wait is kept to the nanosecond: the schedule is
 // measured against it. False when a signal came.
+constexpr std::chrono::milliseconds kPreciseWait{20};
+
 bool waitFor(std::optional<TimePoint> deadline, PosixSerialPort& port, PosixTcpSocket* socket,
              const sigset_t& during) {
     pollfd fds[2]{};
@@ -90,7 +92,10 @@ bool waitFor(std::optional<TimePoint> deadline, PosixSerialPort& port, PosixTcpS
     if (socket && socket->due()) {
         limit = &timeout;
     } else if (deadline) {
-        const auto left = std::max(std::chrono::nanoseconds(0), *deadline - SteadyClock::now());
+        // The kernel lets a poll sleep a thousandth of its timeout past it (a millisecond late on a
+        // one-second step): a long wait ends early, and the short one after it is precise.
+        auto left = std::max(std::chrono::nanoseconds(0), *deadline - SteadyClock::now());
+        if (left > kPreciseWait) left -= kPreciseWait / 2;
         const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
         timeout.tv_sec = static_cast<time_t>(seconds.count());
         timeout.tv_nsec = static_cast<long>((left - seconds).count());
