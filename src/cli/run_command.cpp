@@ -3,7 +3,9 @@
 
 #include <poll.h>
 #include <signal.h>
+#include <sys/timerfd.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <iostream>
@@ -73,39 +75,62 @@ std::optional<TimePoint> earliest(std::optional<TimePoint> a, std::optional<Time
     return a ? a : b;
 }
 
-// Waits until `deadline` (for ever without one, until a signal), or until the serial line or the socket
-// has something to say, and lets them say it. The wait is kept to the nanosecond: the schedule is
-// measured against it. False when a signal came.
-constexpr std::chrono::milliseconds kPreciseWait{20};
-
-bool waitFor(std::optional<TimePoint> deadline, PosixSerialPort& port, PosixTcpSocket* socket,
-             const sigset_t& during) {
-    pollfd fds[2]{};
-    nfds_t count = 0;
-    const bool watchPort = port.fd() >= 0;
-    if (watchPort) fds[count++] = {port.fd(), POLLIN, 0};
-    const nfds_t socketAt = count;
-    if (socket && socket->fd() >= 0 && socket->pollEvents())
-        fds[count++] = {socket->fd(), socket->pollEvents(), 0};
-    timespec timeout{};
-    const timespec* limit = nullptr;
-    if (socket && socket->due()) {
-        limit = &timeout;
-    } else if (deadline) {
-        // The kernel lets a poll sleep a thousandth of its timeout past it (a millisecond late on a
-        // one-second step): a long wait ends early, and the short one after it is precise.
-        auto left = std::max(std::chrono::nanoseconds(0), *deadline - SteadyClock::now());
-        if (left > kPreciseWait) left -= kPreciseWait / 2;
-        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-        timeout.tv_sec = static_cast<time_t>(seconds.count());
-        timeout.tv_nsec = static_cast<long>((left - seconds).count());
-        limit = &timeout;
+// The run's one wait: until a deadline, or until the serial line or the socket has something to say.
+// The deadline is kept by a timer on the monotonic clock, the one steady_clock reads, at its absolute
+// time: a poll's own time-out would be let slip by up to a thousandth of itself (a millisecond in a
+// second's wait), and the schedule is measured against it.
+class RunWait {
+  public:
+    explicit RunWait(const sigset_t& during)
+        : m_timer(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)), m_during(during) {}
+    ~RunWait() {
+        if (m_timer >= 0) ::close(m_timer);
     }
-    if (::ppoll(fds, count, limit, &during) < 0) return !g_interrupted;
-    if (watchPort) port.service(fds[0].revents);
-    if (socket) socket->service(count > socketAt ? fds[socketAt].revents : 0);
-    return !g_interrupted;
-}
+    RunWait(const RunWait&) = delete;
+    RunWait& operator=(const RunWait&) = delete;
+
+    // Waits (for ever without a deadline, until a signal) and lets the line and the socket say what
+    // they have. False when a signal came.
+    bool until(std::optional<TimePoint> deadline, PosixSerialPort& port, PosixTcpSocket* socket) {
+        pollfd fds[3]{};
+        nfds_t count = 0;
+        const bool armed = arm(deadline);
+        if (armed) fds[count++] = {m_timer, POLLIN, 0};
+        const nfds_t portAt = count;
+        if (port.fd() >= 0) fds[count++] = {port.fd(), POLLIN, 0};
+        const nfds_t socketAt = count;
+        if (socket && socket->fd() >= 0 && socket->pollEvents())
+            fds[count++] = {socket->fd(), socket->pollEvents(), 0};
+        const bool atOnce = socket && socket->due();
+        const bool fallBack = deadline && !armed && !atOnce;
+        const timespec limit = fallBack ? relative(*deadline) : timespec{};
+        if (::ppoll(fds, count, atOnce || fallBack ? &limit : nullptr, &m_during) < 0) return !g_interrupted;
+        if (socketAt > portAt) port.service(fds[portAt].revents);
+        if (socket) socket->service(count > socketAt ? fds[socketAt].revents : 0);
+        return !g_interrupted;
+    }
+
+  private:
+    static timespec split(std::chrono::nanoseconds time) {
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);
+        return {static_cast<time_t>(seconds.count()), static_cast<long>((time - seconds).count())};
+    }
+    // Without a timer of its own (the system refused one), the wait falls back on the poll's time-out.
+    static timespec relative(TimePoint deadline) {
+        return split(std::max(std::chrono::nanoseconds(0), deadline - SteadyClock::now()));
+    }
+    // False without a deadline or a timer.
+    bool arm(std::optional<TimePoint> deadline) {
+        if (m_timer < 0) return false;
+        itimerspec when{};
+        // A zero time would disarm the timer rather than fire it.
+        if (deadline) when.it_value = split(std::max(deadline->time_since_epoch(), SteadyClock::duration(1)));
+        return ::timerfd_settime(m_timer, TFD_TIMER_ABSTIME, &when, nullptr) == 0 && deadline.has_value();
+    }
+
+    int m_timer;
+    sigset_t m_during;
+};
 
 std::string trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
@@ -226,7 +251,7 @@ int runCommand(const std::string& programFile, const RunOptions& options, Shared
     });
 
     sigset_t before;
-    const sigset_t during = catchSignals(before);
+    RunWait wait(catchSignals(before));
     window.txtTimer.Caption = std::to_string(options.from);
     window.BtnStart_Click(SteadyClock::now());
     while (!stop && !g_interrupted) {
@@ -234,8 +259,7 @@ int runCommand(const std::string& programFile, const RunOptions& options, Shared
         const bool paused = window.runState() == frmRangeRunning::RunState::PausedByProgram;
         const auto due = paused ? window.NextTick : window.nextDeadline();
         if (!due) break;
-        if (!waitFor(earliest(due, wifi ? wifi->link.nextDeadline() : std::nullopt), port, socket, during))
-            break;
+        if (!wait.until(earliest(due, wifi ? wifi->link.nextDeadline() : std::nullopt), port, socket)) break;
         const TimePoint now = SteadyClock::now();
         if (wifi) wifi->link.onTime(now);
         if (now < *due) continue;
@@ -248,7 +272,7 @@ int runCommand(const std::string& programFile, const RunOptions& options, Shared
     const TimePoint drainEnd = SteadyClock::now() + WifiLink::kConnectBudget + WifiLink::kHelloWait;
     while (wifi && !g_interrupted && SteadyClock::now() < drainEnd &&
            (wifi->link.nextDeadline() || wifi->socket.due() || wifi->socket.sending())) {
-        if (!waitFor(earliest(wifi->link.nextDeadline(), drainEnd), port, socket, during)) break;
+        if (!wait.until(earliest(wifi->link.nextDeadline(), drainEnd), port, socket)) break;
         wifi->link.onTime(SteadyClock::now());
     }
     window.BtnExit_Click();
