@@ -1,4 +1,4 @@
-#include "scratch_range.h"
+#include "operator_script.h"
 
 #include <QCoreApplication>
 #include <filesystem>
