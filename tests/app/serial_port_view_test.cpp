@@ -4,15 +4,11 @@
 #include <QElapsedTimer>
 #include <QtTest>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <thread>
 
 #include "../core/scripted_operator.h"
+#include "../e2e/pty.h"
 #include "authoring/shared_state.h"
 #include "links/com_port.h"
 #include "links/transmitter_send.h"
@@ -24,39 +20,7 @@
 
 using namespace halvane;
 
-namespace {
-
-// The master side of a new pty; the console opens `slave`.
-struct Pty {
-    int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    std::string slave;
-    Pty() {
-        if (master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0) slave = ::ptsname(master);
-    }
-    ~Pty() { hangUp(); }
-    void hangUp() {
-        if (master >= 0) ::close(master);
-        master = -1;
-    }
-    // Reads `count` bytes, or what came within two seconds.
-    std::string read(std::size_t count) const {
-        std::string bytes;
-        while (bytes.size() < count) {
-            pollfd p{master, POLLIN, 0};
-            if (::poll(&p, 1, 2000) <= 0) break;
-            char buffer[512];
-            const auto n = ::read(master, buffer, std::min(sizeof buffer, count - bytes.size()));
-            if (n <= 0) break;
-            bytes.append(buffer, static_cast<std::size_t>(n));
-        }
-        return bytes;
-    }
-    void write(const std::string& bytes) const {
-        [[maybe_unused]] auto n = ::write(master, bytes.data(), bytes.size());
-    }
-};
-
-}  // namespace
+using e2e::Pty;
 
 class SerialPortViewTest : public QObject {
     Q_OBJECT

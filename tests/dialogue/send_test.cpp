@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "../sim/sim_support.h"
 #include "authoring/grid_setup.h"
 #include "links/program_image.h"
 #include "links/transmitter_download.h"
@@ -18,30 +19,19 @@ using Outcome = SendProgram::Outcome;
 using testing::runOpen;
 
 // A peer that answers when the console has written a given number of bytes in all ("" stays silent).
-class ScriptedPeer : public sim::Device {
-  public:
-    explicit ScriptedPeer(std::vector<std::pair<std::size_t, std::string>> script)
-        : m_script(std::move(script)) {}
-    std::string name() const override { return "peer"; }
-    // Replies fall due at once.
-    void receive(std::string_view bytes, sim::TimePoint) override {
-        m_received += bytes.size();
-        for (auto& [after, reply] : m_script)
-            if (after && m_received >= after) {
-                if (!reply.empty()) m_due.push_back(reply);
+sim::testing::ScriptedDevice peer(std::vector<std::pair<std::size_t, std::string>> script) {
+    auto answer = [script, received = std::size_t{0}](std::string_view bytes) mutable {
+        received += bytes.size();
+        std::string reply;
+        for (auto& [after, text] : script)
+            if (after && received >= after) {
+                reply += text;
                 after = 0;
             }
-    }
-    std::vector<std::string> takeDue(sim::TimePoint) override { return std::exchange(m_due, {}); }
-    std::optional<sim::TimePoint> nextDue() const override {
-        return m_due.empty() ? std::nullopt : std::optional(sim::TimePoint{});
-    }
-
-  private:
-    std::vector<std::pair<std::size_t, std::string>> m_script;
-    std::vector<std::string> m_due;
-    std::size_t m_received = 0;
-};
+        return reply;
+    };
+    return sim::testing::ScriptedDevice({}, answer);
+}
 
 std::string imageOf(std::size_t lines) {
     std::string image;
@@ -145,11 +135,11 @@ TEST(SendProgram, FailurePathsOnTheWire) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        ScriptedPeer peer(c.script);
+        auto device = peer(c.script);
         testing::ScriptedOperator op;
         op.answers = {Answer::Yes};
         SendProgram send(imageOf(c.lines), 5);
-        const std::string written = runOpen(peer, send, op);
+        const std::string written = runOpen(device, send, op);
         EXPECT_EQ(send.outcome(), c.outcome) << c.name;
         EXPECT_EQ(!written.empty() && written.back() == '\xFF', c.abandon) << c.name;
         const bool told =

@@ -136,9 +136,10 @@ TEST(CliTransmitter, OpensItsPortAsTheConsoleDoes) {
     EXPECT_EQ(port.written, "");
 
     // On a real line: the master of a pty sees the hang-up end when the command opens the slave.
-    UniqueFd master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
-    ASSERT_TRUE(master && ::grantpt(master.get()) == 0 && ::unlockpt(master.get()) == 0);
-    const std::string slave = ::ptsname(master.get());
+    const Pty pty;
+    const std::string& slave = pty.slave;
+    const int master = pty.master.get();
+    ASSERT_FALSE(slave.empty());
     ::close(::open(slave.c_str(), O_RDWR | O_NOCTTY));  // a first open and close: the master hangs up
     ScratchDir scratch;
     const std::string program = everySecond(scratch.path(), 1, 1);
@@ -151,11 +152,11 @@ TEST(CliTransmitter, OpensItsPortAsTheConsoleDoes) {
     auto opened = std::chrono::steady_clock::now();
     for (auto before = opened; before < giveUp; ::usleep(200)) {
         before = std::chrono::steady_clock::now();
-        pollfd p{master.get(), POLLIN, 0};
+        pollfd p{master, POLLIN, 0};
         if (::poll(&p, 1, 0) < 0 || !(p.revents & POLLHUP)) break;
         opened = before;
     }
-    EXPECT_EQ(readFor(master.get(), 5), "S03\r\n");
+    EXPECT_EQ(readFor(master, 5), "S03\r\n");
     const auto still = std::chrono::steady_clock::now() - opened;
     result.wait();
     ::testing::internal::GetCapturedStderr();
