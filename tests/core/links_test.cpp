@@ -93,20 +93,14 @@ TEST(PortNames, DefaultsAndOverridesFromTheConfiguration) {
     EXPECT_EQ(names.device(2), "/dev/pts/9");
 }
 
-// A link to the range's bridge at its usual address.
-struct BridgeLink : WifiLink {
-    explicit BridgeLink(std::string port = "31689") {
-        ServerIP = "169.254.10.1";
-        ServerPort = std::move(port);
-    }
-};
-
 // The link's actions as a driver would carry them out: bytes sent, messages told, the rest in words.
 struct WifiRig {
-    BridgeLink link;
+    WifiLink link;
     std::string sent;
     std::vector<std::string> told, done;
-    explicit WifiRig(std::string port = "31689") : link(std::move(port)) {
+    explicit WifiRig(std::string port = "31689") {
+        link.ServerIP = "169.254.10.1";
+        link.ServerPort = std::move(port);
         link.setActionsReady([this] {
             for (const auto& a : link.takeActions()) {
                 if (a.kind == WifiAction::Kind::Send) sent += a.bytes;
@@ -117,15 +111,6 @@ struct WifiRig {
             }
         });
     }
-};
-
-// The link driven on a socket in memory, as the console wires it.
-struct DrivenLink {
-    testing::FakeTcpSocket socket;
-    testing::ScriptedOperator op;
-    BridgeLink link;
-    TimePoint now = t0;
-    WifiDriver driver{link, socket, op, [this] { return now; }};
 };
 
 const std::string kFrame("\0\xF3\x05", 3);
@@ -209,8 +194,13 @@ TEST(WifiLinkEvents, TheHelloIsDroppedOnlyWhenItComesAloneEverythingIsLoggedAndA
 // The driver on a socket in memory: a frame the socket will not take (its connection went without a
 // word) is no silence: the link connects again and the frame follows the hello.
 TEST(WifiDriver, AFrameTheSocketRefusesConnectsAgainAndGoesAfterTheHello) {
-    DrivenLink d;
-    auto& [socket, op, link, now, driver] = d;
+    testing::FakeTcpSocket socket;
+    testing::ScriptedOperator op;
+    WifiLink link;
+    link.ServerIP = "169.254.10.1";
+    link.ServerPort = "31689";
+    TimePoint now = t0;
+    WifiDriver driver(link, socket, op, [&] { return now; });
     link.EthernetConnect(now);
     socket.become(TcpSocket::Connected);
     socket.receive(WifiLink::kHello);
@@ -238,8 +228,12 @@ TEST(WifiSetupWindow, ShowsStateWordsAndTheButtonDecidesTheClick) {
     EXPECT_EQ(std::string(frmEthernetSetup::buttonCaption(6)) + frmEthernetSetup::buttonCaption(9),
               "DisconnectConnect");
 
-    DrivenLink d;
-    auto& [socket, op, link, now, driver] = d;
+    testing::FakeTcpSocket socket;
+    testing::ScriptedOperator op;
+    WifiLink link;
+    link.ServerIP = "169.254.10.1";
+    link.ServerPort = "31689";
+    WifiDriver driver(link, socket, op, [] { return t0; });
     testing::TempDir dir;
     frmEthernetSetup window(link, dir.file("hvn.cfg"));
     EXPECT_TRUE(window.lblEthernetStatus == "Closed" && window.serverFieldsEnabled);
