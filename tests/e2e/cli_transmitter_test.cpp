@@ -1,5 +1,5 @@
-// halvane-cli send and download over a real pseudo-terminal: how the port is opened, a line that goes
-// away midway, and a Program too long to announce.
+// halvane-cli send and download over a real pseudo-terminal: a Program sent and downloaded again, how
+// the port is opened, a line that goes away midway, and a Program too long to announce.
 
 #include <gtest/gtest.h>
 
@@ -70,6 +70,27 @@ cli::TransmitterOptions at(const std::string& device) {
     options.device = device;
     options.overwrite = true;
     return options;
+}
+
+// Sent to place 3 at 9600 baud and downloaded again: the grid that comes back is the one the download
+// rules make of the image (each action held down its column, the Pause one row lower and two rows added).
+TEST(CliTransmitter, SendToPlaceThreeThenDownloadItBack) {
+    Transmitter transmitter;
+    auto options = at(transmitter.path());
+    SharedState sendState;
+    EXPECT_EQ(
+        cli::sendCommand(std::string(HALVANE_TEST_DATA) + "/image/worked_example.hvn", options, sendState),
+        0);
+
+    SharedState downloadState;  // no targets configured: the first block adds the columns it names
+    ScratchDir scratch;
+    options.output = scratch.file("round-trip.hvn");
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(cli::downloadCommand(options, downloadState), 0);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+              testing::readBytes(std::string(HALVANE_TEST_DATA) + "/image/worked_example.downloaded.grid"));
+    // Saving writes the configured columns only, none here: the header and no cell.
+    EXPECT_EQ(testing::readBytes(options.output), "\"Target\",0\r\n\"Groups\",\"0\"\r\n\"Seconds\",6\r\n");
 }
 
 // Measured: a line killed midway ended in "sent successful" (exit 0), and a download in a Program cut
