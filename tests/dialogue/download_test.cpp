@@ -81,19 +81,12 @@ class SpoiledReply : public sim::Device {
 
 TEST(DownloadProgram, AgainstTheTransmitter) {
     using enum DownloadProgram::Outcome;
-    struct Case {
-        const char* name;
-        std::optional<std::vector<std::string>> place;  // each block's records; none for an empty place
-        sim::Faults faults;
-        int spoiled;  // the reply whose sum is broken, from 1; negative: withheld
-        std::string written;
-        DownloadProgram::Outcome outcome;
-        std::string told;
-        int numSeconds;
-        std::vector<std::string> rows;  // heading row first; none for a grid too long to list
-        SharedState state = range(2);
-        int program = 3;
-    };
+    // clang-format off
+    // `place`: each block's records, none for an empty place; `spoiled`: the reply whose sum is broken,
+    // from 1, negative when withheld; `rows`: heading row first, none for a grid too long to list.
+    struct Case { const char* name; std::optional<std::vector<std::string>> place; sim::Faults faults;
+                  int spoiled; std::string written; DownloadProgram::Outcome outcome; std::string told;
+                  int numSeconds; std::vector<std::string> rows; SharedState state = range(2); int program = 3; };
     const std::string two = "Seconds|Target # 1|Target # 2", one = "Seconds|Target # 1";
     const std::vector<std::string> four = {"F3 01 F2 02 FD 02", "F0 01 FD 01", "F3 02", ""};
     const std::vector<std::string> whole = {two, "0|Friend|Foe", "1|Friend|Foe", "2|Down|Foe", "4||Friend"};
@@ -103,7 +96,6 @@ TEST(DownloadProgram, AgainstTheTransmitter) {
     const std::string full =
         "Block 2: The Program on the transmitter is longer than 32765 seconds, the most a "
         "Program can have. The rest of the Program was left out.";
-    // clang-format off
     const Case cases[] = {
         {"four blocks, the last all zeros: actions hold down their column; later blocks label one higher",
          four, {}, 0, "R03\r\n1111", Done, "", 3, whole},

@@ -25,12 +25,8 @@ TEST(Range, RefusesWhatNoRangeHolds) {
 }
 
 TEST(Range, HitsCountAndADyingTargetShowsItsDieFace) {
-    struct Case {
-        const char* name;
-        std::uint8_t mode, count, dieFace;
-        int hits;
-        const char* after;
-    };
+    // clang-format off
+    struct Case { const char* name; std::uint8_t mode, count, dieFace; int hits; const char* after; };
     const Case cases[] = {
         {"as delivered: Die at the first hit, face Down", 2, 1, 0, 1, "D1"},
         {"Die after three: two hits leave it up", 2, 3, 1, 2, "F2"},
@@ -41,6 +37,7 @@ TEST(Range, HitsCountAndADyingTargetShowsItsDieFace) {
         {"the count stops at 255", 0, 1, 0, 300, "F255"},
         {"a die face that is no face changes nothing", 2, 1, 7, 1, "F1"},
     };
+    // clang-format on
     for (const Case& c : cases) {
         Range range(1);
         range.withTargets([&](std::vector<Target>& ts) {
@@ -74,16 +71,12 @@ TEST(Range, HitBlockListsScoredTargetsByNumber) {
 }
 
 TEST(TargetAir, FramesChangeTargetsAndAreAnsweredSixOrTwoBytes) {
-    struct Case {
-        const char* name;
-        int channel;
-        std::vector<const char*> frames;
-        const char* replies;  // every reply of every frame, joined by " | "
-        const char* after;
-    };
+    // clang-format off
+    // `replies`: every reply of every frame, joined by " | ".
+    struct Case { const char* name; int channel; std::vector<const char*> frames; const char* replies;
+                  const char* after; };
     const char* const kAsBefore = "D7 D0 D0 D0@3";
     // Slots 1..4: serials 1875, 123456, 12, 999998; slot 1 has 7 hits; slot 4 is on channel 3.
-    // clang-format off
     const Case cases[] = {
         {"actions to all on the channel and to one", 0, {"F3 E7", "F1 02", "F2 03", "F0 01"}, "",
          "D7 E0 O0 D0@3"},
@@ -132,13 +125,10 @@ TEST(TargetAir, FramesChangeTargetsAndAreAnsweredSixOrTwoBytes) {
 }
 
 TEST(FrameSplitter, CutsStreamsByCommandLength) {
-    struct Case {
-        const char* name;
-        bool leadingZero;
-        std::vector<std::pair<int, const char*>> pieces;  // at ms, bytes
-        const char* frames;
-    };
     // clang-format off
+    // `pieces`: at ms, bytes.
+    struct Case { const char* name; bool leadingZero; std::vector<std::pair<int, const char*>> pieces;
+                  const char* frames; };
     const Case cases[] = {
         {"back to back, split anywhere", false, {{0, "F3 01 F2"}, {1, "02 F6 00"}, {2, "18 75 13 ED"}},
          "F3 01 | F2 02 | F6 00 18 75 13 ED"},
@@ -175,14 +165,9 @@ std::string faces(const Range& range) {
 }
 
 TEST(LineController, FramesSetTheLinesOfTheirTargets) {
-    struct Case {
-        const char* name;
-        int targets;
-        std::vector<const char*> pieces;
-        const char* after;
-    };
-    const char* const kAllDown = "DDDDDDDD DDDDDDDD DDDDDDDD DDDDDDDD D";
     // clang-format off
+    struct Case { const char* name; int targets; std::vector<const char*> pieces; const char* after; };
+    const char* const kAllDown = "DDDDDDDD DDDDDDDD DDDDDDDD DDDDDDDD D";
     const Case cases[] = {
         {"the live window's opening lays every line down", 33,
          {"SETPA1\rSETPD0\r", " \rSPA00000000\rCPA00000000\rSPB00000000\rCPB00000000\rSPC00000000"
@@ -208,11 +193,8 @@ TEST(LineController, FramesSetTheLinesOfTheirTargets) {
 }
 
 TEST(RadioModem, EscapeNeedsItsGuardOnBothSides) {
-    struct Case {
-        const char* name;
-        std::vector<Step> steps;
-        bool commandMode;
-    };
+    // clang-format off
+    struct Case { const char* name; std::vector<Step> steps; bool commandMode; };
     const Case cases[] = {
         {"the console's probe", {{0, "+++", ""}, {99, "", ""}, {100, "", "OK\r"}}, true},
         {"a plus at a time", {{0, "+", ""}, {30, "+", ""}, {60, "+", ""}, {160, "", "OK\r"}}, true},
@@ -220,6 +202,7 @@ TEST(RadioModem, EscapeNeedsItsGuardOnBothSides) {
         {"no guard before", {{0, "\xF3\x01", ""}, {50, "+++", ""}, {500, "", ""}}, false},
         {"a fourth plus", {{0, "++++", ""}, {500, "", ""}}, false},
     };
+    // clang-format on
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         Range range(1);
