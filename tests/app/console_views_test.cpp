@@ -608,39 +608,25 @@ class ExceptionGuardTest : public QObject {
     }
 };
 
-// One application object for all, the console's own: it catches what a handler lets escape, and the
-// links keep their time on it.
+// One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
     application.setAttribute(Qt::AA_Use96Dpi, true);
+    MainWindowViewTest mainWindow;
+    GridEditingViewTest gridEditing;
+    DialogViewsTest dialogs;
+    ExampleProgramTest example;
+    RangeViewWidgetTest rangeView;
+    WindowRegistryTest registry;
+    ExceptionGuardTest guard;
     int failed = 0;
-    {
-        MainWindowViewTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        GridEditingViewTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        DialogViewsTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        ExampleProgramTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        RangeViewWidgetTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        WindowRegistryTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        ExceptionGuardTest test;
-        failed += QTest::qExec(&test, argc, argv);
+    for (QObject* test : std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example,
+                                                         &rangeView, &registry, &guard}) {
+        failed += QTest::qExec(test, argc, argv);
+        // Closing the main window ends the application's event loop, and a loop ended so refuses to run
+        // again, the modal dialogs' of the next test too, until the application's own loop has run once.
+        QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
+        QCoreApplication::exec();
     }
     return failed;
 }

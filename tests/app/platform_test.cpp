@@ -255,24 +255,15 @@ class DeadlineTimerTest : public QObject {
     }
 };
 
-// One application object for all, the console's own: it catches what a handler lets escape, and the
-// links keep their time on it.
+// The links keep their time on the console's application object.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
-    application.setAttribute(Qt::AA_Use96Dpi, true);
+    SerialPortViewTest serialPort;
+    LinksEndToEndTest links;
+    DeadlineTimerTest deadlines;
     int failed = 0;
-    {
-        SerialPortViewTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        LinksEndToEndTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
-    {
-        DeadlineTimerTest test;
-        failed += QTest::qExec(&test, argc, argv);
-    }
+    for (QObject* test : std::initializer_list<QObject*>{&serialPort, &links, &deadlines})
+        failed += QTest::qExec(test, argc, argv);
     return failed;
 }
 
