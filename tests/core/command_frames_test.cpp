@@ -39,13 +39,8 @@ Carriers carriers(std::string_view set) {
 }
 
 TEST(CommandFrames, OneTargetOnEachCarrierInTheOrderSerialLineControllerSocket) {
-    struct Case {
-        Action action;
-        int target;
-        const char* carriers;
-        const char* frames;
-    };
     // clang-format off
+    struct Case { Action action; int target; const char* carriers; const char* frames; };
     const Case cases[] = {
         {Action::Friend, 1, "U", "S F3 01"},          {Action::Foe, 5, "U", "S F2 05"},
         {Action::Edge, 7, "U", "S F1 07"},            {Action::Down, 200, "U", "S F0 C8"},

@@ -195,16 +195,6 @@ TEST_F(MainWindow, AFailedOpenTellsWhereAndLeavesTheProgramItsSettingsAndItsFile
     form.M_Open();
     EXPECT_EQ(std::make_tuple(form.Caption(), form.grid()->TextMatrix(3, 2), programMenus()),
               std::make_tuple(std::string("LM47 Programer - mixed.hvn"), std::string("Wave"), 3));
-
-    // Save As to a new name, then Save reuses it without a dialog.
-    op.files = {file("copy.hvn")};
-    form.M_Save_As();
-    EXPECT_EQ(form.Caption(), "LM47 Programer - copy.hvn");
-    form.grid()->setTextMatrix(4, 1, "Down");
-    op.log.clear();
-    form.M_Save();
-    EXPECT_TRUE(op.log.empty());
-    EXPECT_NE(readBytes(dir.file("copy.hvn")).find("\"Down\"\r\n\"\"\r\n\"Friend\""), std::string::npos);
 }
 
 TEST_F(MainWindow, ANameWithoutExtensionIsSavedAsAProgramFile) {

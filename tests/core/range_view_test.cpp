@@ -31,16 +31,9 @@ RangeView built(SharedState& state, K kind, const char* iconSize, bool startBott
 TEST(RangeView, LayoutsPlaceTilesAndRowLabelsSizeTheRangeAndLeaveCurTileOnTheLastTileBuilt) {
     // "7@920,370" for each target shown, "Row 3@120,770" for each row label in build order, then the
     // range's size in twips and CurTile.
-    struct Case {
-        const char* name;
-        K kind;
-        const char* size;
-        bool bottom;
-        int targets, cols;
-        std::initializer_list<int> shown;
-        const char* expected;
-    };
     // clang-format off
+    struct Case { const char* name; K kind; const char* size; bool bottom; int targets, cols;
+                  std::initializer_list<int> shown; const char* expected; };
     const Case cases[] = {
         {"7 by 3 top left: rows of 3, 3, 1", K::Run, "Medium", false, 7, 3, {1, 3, 4, 7},
          "1@920,370 3@3080,370 4@920,2370 7@920,4370 Row 1@120,770 Row 2@120,2770 Row 3@120,4770 4160x6870 7"},
@@ -92,14 +85,8 @@ TEST(RangeView, TileMapOfSevenByThreeAndTheGuards) {
 
 TEST(RangeView, CaptionsOfTarget1ByWindowSizeTypeAndGroups) {
     // Number | serial | hits caption, "-" for one not built.
-    struct Case {
-        const char* name;
-        K kind;
-        const char* size;
-        bool lmSeries, groups;
-        const char* expected;
-    };
     // clang-format off
+    struct Case { const char* name; K kind; const char* size; bool lmSeries, groups; const char* expected; };
     const Case cases[] = {
         {"Large stands right of the tile", K::Run, "Large", true, false,
          "Target 1@1070,90|SN 100001@1070,2070|Hits: 12@1070,2270"},

@@ -84,6 +84,19 @@ TEST(Startup, GoldenConfigs) {
     EXPECT_GE(count, 2);
 }
 
+// The `config` command's edges the golden start-up files cannot reach: index 0, which stands for no
+// target, is never printed, and the serial numbers run to index 201.
+TEST(Startup, ConfigPrintsTheNonZeroTargetsFrom1To201) {
+    SharedState state;
+    state.GroupNum[0] = state.SerialNum[0] = 9;
+    state.GroupNum[1] = -32768;
+    state.SerialNum[201] = 2147483647;
+    std::ostringstream out;
+    cli::printConfig(state, out);
+    const std::string text = out.str();
+    EXPECT_EQ(text.substr(text.find("GroupNum")), "GroupNum(1)=-32768\nSerialNum(201)=2147483647\n");
+}
+
 TEST(Startup, MissingFileGivesDefaultsEvenOverAnEarlierRead) {
     SharedState state;
     readStartup(std::filesystem::path(HALVANE_TEST_DATA) / "startup" / "full.cfg", state);

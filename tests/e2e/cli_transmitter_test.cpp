@@ -1,5 +1,5 @@
-// halvane-cli send and download over a real pseudo-terminal: how the port is opened, a line that goes
-// away midway, and a Program too long to announce.
+// halvane-cli send and download over a real pseudo-terminal: a Program sent and downloaded again, how
+// the port is opened, a line that goes away midway, and a Program too long to announce.
 
 #include <gtest/gtest.h>
 
@@ -72,6 +72,27 @@ cli::TransmitterOptions at(const std::string& device) {
     return options;
 }
 
+// Sent to place 3 at 9600 baud and downloaded again: the grid that comes back is the one the download
+// rules make of the image (each action held down its column, the Pause one row lower and two rows added).
+TEST(CliTransmitter, SendToPlaceThreeThenDownloadItBack) {
+    Transmitter transmitter;
+    auto options = at(transmitter.path());
+    SharedState sendState;
+    EXPECT_EQ(
+        cli::sendCommand(std::string(HALVANE_TEST_DATA) + "/image/worked_example.hvn", options, sendState),
+        0);
+
+    SharedState downloadState;  // no targets configured: the first block adds the columns it names
+    ScratchDir scratch;
+    options.output = scratch.file("round-trip.hvn");
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(cli::downloadCommand(options, downloadState), 0);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+              testing::readBytes(std::string(HALVANE_TEST_DATA) + "/image/worked_example.downloaded.grid"));
+    // Saving writes the configured columns only, none here: the header and no cell.
+    EXPECT_EQ(testing::readBytes(options.output), "\"Target\",0\r\n\"Groups\",\"0\"\r\n\"Seconds\",6\r\n");
+}
+
 // Measured: a line killed midway ended in "sent successful" (exit 0), and a download in a Program cut
 // short, without a word.
 TEST(CliTransmitter, ALineThatGoesAwayEndsSendAndDownloadAtOnceWithAFailure) {
@@ -136,9 +157,10 @@ TEST(CliTransmitter, OpensItsPortAsTheConsoleDoes) {
     EXPECT_EQ(port.written, "");
 
     // On a real line: the master of a pty sees the hang-up end when the command opens the slave.
-    UniqueFd master(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
-    ASSERT_TRUE(master && ::grantpt(master.get()) == 0 && ::unlockpt(master.get()) == 0);
-    const std::string slave = ::ptsname(master.get());
+    const Pty pty;
+    const std::string& slave = pty.slave;
+    const int master = pty.master.get();
+    ASSERT_FALSE(slave.empty());
     ::close(::open(slave.c_str(), O_RDWR | O_NOCTTY));  // a first open and close: the master hangs up
     ScratchDir scratch;
     const std::string program = everySecond(scratch.path(), 1, 1);
@@ -151,11 +173,11 @@ TEST(CliTransmitter, OpensItsPortAsTheConsoleDoes) {
     auto opened = std::chrono::steady_clock::now();
     for (auto before = opened; before < giveUp; ::usleep(200)) {
         before = std::chrono::steady_clock::now();
-        pollfd p{master.get(), POLLIN, 0};
+        pollfd p{master, POLLIN, 0};
         if (::poll(&p, 1, 0) < 0 || !(p.revents & POLLHUP)) break;
         opened = before;
     }
-    EXPECT_EQ(readFor(master.get(), 5), "S03\r\n");
+    EXPECT_EQ(readFor(master, 5), "S03\r\n");
     const auto still = std::chrono::steady_clock::now() - opened;
     result.wait();
     ::testing::internal::GetCapturedStderr();

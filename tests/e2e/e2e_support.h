@@ -20,12 +20,9 @@
 #include <vector>
 
 #include "../core/temp_dir.h"
-#include "sim/server/unique_fd.h"
+#include "pty.h"
 
 namespace halvane::e2e {
-
-using namespace std::chrono_literals;
-using sim::UniqueFd;
 
 // The pty opened as the console opens it: raw, 9600 8N1.
 inline UniqueFd openLine(const std::filesystem::path& path) {
@@ -52,26 +49,6 @@ inline UniqueFd connectLoopback(std::uint16_t port) {
 // The few bytes a test sends, which go out in one write.
 inline void writeAll(int fd, const std::string& bytes) {
     EXPECT_EQ(::write(fd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-}
-
-// Reads until `count` bytes have come, the far end closes, or `timeout` passes; with `oneRead`, takes
-// what the first read brings.
-inline std::string readFor(int fd, std::size_t count, std::chrono::milliseconds timeout = 3000ms,
-                           bool oneRead = false) {
-    const auto end = std::chrono::steady_clock::now() + timeout;
-    std::string bytes;
-    while (bytes.size() < count) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-        pollfd pfd{fd, POLLIN, 0};
-        if (left.count() <= 0 || ::poll(&pfd, 1, static_cast<int>(left.count())) <= 0) break;
-        char buffer[4096];
-        const auto n = ::read(fd, buffer, std::min(sizeof buffer, count - bytes.size()));
-        if (n <= 0) break;
-        bytes.append(buffer, static_cast<std::size_t>(n));
-        if (oneRead) break;
-    }
-    return bytes;
 }
 
 using ScratchDir = testing::TempDir;

@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "../sim/sim_support.h"
 #include "e2e_support.h"
 #include "sim/server/sim_server.h"
 
@@ -18,34 +19,7 @@ using sim::Clock;
 using sim::LogEntry;
 using sim::SimServer;
 using sim::TimePoint;
-
-// A stand-in device: an optional hello, then for each piece received whatever `answer` makes of it, all
-// due at once; asks to hang up once it has been sent "Q".
-class ScriptedDevice : public sim::Device {
-  public:
-    using Answer = std::function<std::string(std::string_view)>;
-
-    explicit ScriptedDevice(
-        std::string hello = {}, Answer answer = [](std::string_view bytes) { return std::string(bytes); })
-        : m_answer(std::move(answer)) {
-        if (!hello.empty()) m_due.push_back(std::move(hello));
-    }
-    std::string name() const override { return "scripted"; }
-    void receive(std::string_view bytes, TimePoint) override {
-        m_close = m_close || bytes == "Q";
-        if (auto reply = m_answer(bytes); !m_close && !reply.empty()) m_due.push_back(std::move(reply));
-    }
-    std::vector<std::string> takeDue(TimePoint) override { return std::exchange(m_due, {}); }
-    std::optional<TimePoint> nextDue() const override {
-        return m_due.empty() ? std::nullopt : std::optional(TimePoint{});
-    }
-    bool wantsClose() const override { return m_close; }
-
-  private:
-    Answer m_answer;
-    std::vector<std::string> m_due;
-    bool m_close = false;
-};
+using sim::testing::ScriptedDevice;
 
 // The frame log as the server thread writes it, read from the test's thread: for each kind, every
 // entry's device and bytes end to end, a note followed by a new line.

@@ -10,7 +10,6 @@
 
 #include "operator_script.h"
 #include "platform/guarded_application.h"
-#include "scratch_range.h"
 
 using namespace halvane;
 

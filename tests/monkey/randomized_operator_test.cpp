@@ -10,7 +10,6 @@
 #include "console/main_window.h"
 #include "operator_script.h"
 #include "platform/guarded_application.h"
-#include "scratch_range.h"
 
 using namespace halvane;
 

@@ -1,8 +1,7 @@
-#include "scratch_range.h"
+#include "operator_script.h"
 
 #include <QCoreApplication>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 #include "authoring/profile_file.h"
@@ -18,20 +17,13 @@ namespace fs = std::filesystem;
 namespace {
 
 const fs::path kData = HALVANE_TEST_DATA;
-const std::vector<fs::path> kPrograms = {kData / "mixed.hvn",
-                                         kData / "three_targets_two_groups.hvn",
-                                         kData / "two_targets.hvn",
-                                         kData / "image/gap.hvn",
-                                         kData / "image/groups.hvn",
-                                         kData / "image/two_pauses.hvn",
-                                         kData / "image/pause_first.hvn"};
-// Files that are not Programs, or not quite: each stops the reader somewhere else.
-const std::vector<std::pair<std::string, std::string>> kBrokenFiles = {
-    {"groups_300.hvn", "\"Target\",3\r\n\"Groups\",\"300\"\r\n"},
-    {"negative_length.hvn", "\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",-5\r\n"},
-    {"too_long.hvn", "\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",32766\r\n"},
-    {"zero_bytes.hvn", ""},
-    {"garbage.hvn", std::string("\"Target\",\xff\x00,\"\r\n\"\"\"Groups", 20)}};
+const char* const kPrograms[] = {
+    "mixed.hvn",        "three_targets_two_groups.hvn", "two_targets.hvn",      "image/gap.hvn",
+    "image/groups.hvn", "image/two_pauses.hvn",         "image/pause_first.hvn"};
+// Files that are not Programs, or not quite (a Program without extension, one cut in half): each stops
+// the reader somewhere else.
+const char* const kOddFiles[] = {"groups_300.hvn", "negative_length.hvn", "too_long.hvn", "zero_bytes.hvn",
+                                 "garbage.hvn",    "no_extension",        "truncated.hvn"};
 
 sim::Faults faultOf(int port) {
     sim::Faults f;
@@ -43,20 +35,15 @@ sim::Faults faultOf(int port) {
     return f;
 }
 
-std::string readAll(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // Places 1-7 hold the test Programs, place 8 an image naming a column past any setup's targets.
 void fillPlaces(sim::Transmitter& transmitter) {
     int place = 0;
-    for (const auto& file : kPrograms) {
+    for (const char* name : kPrograms) {
         SharedState state;
-        state.FilePath = file.string();
+        state.FilePath = (kData / name).string();
         std::unique_ptr<ProgramGrid> grid;
         if (readProgramFile(state, standaloneHost(state, grid)))
-            throw std::runtime_error("cannot read " + file.string());
+            throw std::runtime_error("cannot read " + state.FilePath);
         transmitter.setPlace(++place, imageBytes(WriteProgramImage(state, *grid)));
     }
     transmitter.setPlace(8, std::string("\xF3\x02\xFD\x03\xF2\x2C\xFE\x00\xFD\x02\xF0\x01", 12));
@@ -80,10 +67,10 @@ ScratchRange::ScratchRange() {
         m_ptys.push_back(m_server.addPty(faultName(port), std::move(device)));
     }
     m_thread = std::thread([this] { m_server.run(); });
-    for (const auto& program : kPrograms) openChoices.push_back(m_files + program.filename().c_str());
-    for (const auto& [name, bytes] : kBrokenFiles) openChoices.push_back(m_files + name.c_str());
-    for (const char* name :
-         {"no_extension", "truncated.hvn", "folder.hvn", "missing.hvn", "saved.hvn", "saved_again"})
+    for (const char* program : kPrograms)
+        openChoices.push_back(m_files + fs::path(program).filename().c_str());
+    for (const char* name : kOddFiles) openChoices.push_back(m_files + name);
+    for (const char* name : {"folder.hvn", "missing.hvn", "saved.hvn", "saved_again"})
         openChoices.push_back(m_files + name);
     for (const char* name : {"saved.hvn", "saved_again", "mixed.hvn", "no/such/x.hvn", "folder.hvn"})
         saveChoices.push_back(m_files + name);
@@ -98,11 +85,8 @@ std::string ScratchRange::prepareRun(int targets, int groups, bool useGroups, bo
     const fs::path files = m_files.toStdString();
     fs::remove_all(files);
     fs::create_directories(files / "folder.hvn");
-    for (const auto& program : kPrograms) fs::copy_file(program, files / program.filename());
-    for (const auto& [name, bytes] : kBrokenFiles) std::ofstream(files / name, std::ios::binary) << bytes;
-    const std::string mixed = readAll(kData / "mixed.hvn");
-    std::ofstream(files / "no_extension", std::ios::binary) << mixed;
-    std::ofstream(files / "truncated.hvn", std::ios::binary) << mixed.substr(0, mixed.size() / 2);
+    for (const char* name : kPrograms) fs::copy_file(kData / name, files / fs::path(name).filename());
+    for (const char* name : kOddFiles) fs::copy_file(kData / "monkey" / name, files / name);
 
     const fs::path config = m_dir.filePath("hvn.cfg").toStdString();
     fs::remove(config);

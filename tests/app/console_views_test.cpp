@@ -1,0 +1,634 @@
+// The console's windows on screen (offscreen): the main window and its Program table, the dialogs, the
+// range view, the one call that shows every window, and faults inside the handlers of modal dialogs.
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDialog>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QtTest>
+#include <memory>
+#include <stdexcept>
+
+#include "../core/scripted_operator.h"
+#include "../core/temp_dir.h"
+#include "authoring/face_time.h"
+#include "console/main_window.h"
+#include "console/setup_dialog.h"
+#include "face_time_dialog.h"
+#include "grid_table_model.h"
+#include "main_window_view.h"
+#include "platform/guarded_application.h"
+#include "platform/qt_operator.h"
+#include "platform/twips.h"
+#include "program_setup_dialog.h"
+#include "program_table_view.h"
+#include "range_view_widget.h"
+#include "setup_dialog_view.h"
+#include "simulation/example_program.h"
+#include "simulation/simulated_range.h"
+#include "text/fault.h"
+
+using namespace halvane;
+using halvane::testing::ScriptedOperator;
+
+// The main window's view offscreen: the menu bar as the model says, the Program table, the close box.
+class MainWindowViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void menuBarFollowsTheModel() {
+        halvane::testing::Console w;
+        w.state.RadioLMC = true;
+        app::MainWindowView view(w.form);
+        QStringList shown;
+        for (QAction* a : view.menuBar()->actions())
+            if (a->isVisible()) shown << a->text();
+        QCOMPARE(shown, (QStringList{"&File", "&Add Time", "&Live Mode", "&Run", "&Transmitter", "&Config",
+                                     "&Help"}));
+        QCOMPARE(view.action("M_New")->shortcut(), QKeySequence("Ctrl+N"));
+        QVERIFY(!view.action("M_Time")->isEnabled());
+        QVERIFY(!view.action("M_HitScores")->isVisible());
+        QCOMPARE(view.windowTitle(), QString("Halvane"));
+    }
+
+    void openShowsTheProgramWithColoursAndMergedPauseRow() {
+        halvane::testing::Console w;
+        app::MainWindowView view(w.form);
+        view.resize(900, 600);
+        w.op.files = {ChosenFile{HALVANE_TEST_DATA "/mixed.hvn", "mixed.hvn"}};
+        view.runCommand("M_Open");
+
+        auto* table = view.table();
+        QVERIFY(table->isVisibleTo(&view));
+        auto* model = table->gridModel();
+        QCOMPARE(model->rowCount(), 5);
+        QCOMPARE(model->headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QString("Target # 1"));
+        QCOMPARE(table->cornerText(), QString("Seconds"));
+        const auto colour = [model](int row, int col, int role) {
+            return model->index(row, col).data(role).value<QColor>();
+        };
+        QCOMPARE(colour(0, 0, Qt::BackgroundRole), QColor(255, 0, 0));
+        QCOMPARE(colour(0, 1, Qt::BackgroundRole), QColor(0, 255, 0));
+        QCOMPARE(colour(1, 1, Qt::ForegroundRole), QColor(255, 255, 255));
+        QCOMPARE(std::make_pair(table->columnSpan(0, 0), table->columnSpan(1, 0)), std::make_pair(1, 3));
+        QCOMPARE(table->horizontalHeader()->sectionSize(0), app::toPixels(1000));
+        QCOMPARE(view.windowTitle(), QString("LM47 Programer - mixed.hvn"));
+        QCOMPARE(table->height(), app::toPixels(w.form.grid()->Height));
+
+        view.runCommand("M_Close");
+        QVERIFY(!table->isVisibleTo(&view) && model->rowCount() == 0);
+    }
+
+    // New, Open of a bad file and Add Time each let go of or reshape the grid while a dialog's event loop
+    // may paint the table: every paint must find the grid the model holds at that moment.
+    void dialogsThatPaintWhileTheGridIsReplacedFindTheCurrentGrid() {
+        halvane::testing::Console w;
+        w.state.NumTargets = 3;
+        app::MainWindowView view(w.form);
+        view.resize(900, 600);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        const auto paintThen = [&view](std::function<void(Settings&)> then) {
+            return [&view, then](Settings& d) {
+                view.grab();
+                then(d);
+            };
+        };
+        w.op.script<Settings>(paintThen(ScriptedOperator::typeAndOk("30")));
+        view.runCommand("M_New");
+        w.op.script<Settings>(paintThen(ScriptedOperator::typeAndOk("12")));
+        view.runCommand("M_New");  // the first Program goes while this dialog paints
+        QCOMPARE(view.table()->gridModel()->rowCount(), 13);
+        w.op.script<Settings>(paintThen(ScriptedOperator::typeAndOk("4")));
+        view.runCommand("M_Time");
+        QCOMPARE(view.table()->gridModel()->rowCount(), 5);
+        view.grab();
+        w.op.answers = {Answer::No};  // the new length is a change
+        w.op.script<Settings>(paintThen([](Settings& d) { d.CancelButton(); }));
+        view.runCommand("M_New");
+        QVERIFY(!view.table()->isVisibleTo(&view) && view.table()->gridModel()->rowCount() == 0);
+    }
+
+    void closeBoxWithChangesAsksAndCancelKeepsTheWindow() {
+        halvane::testing::Console w;
+        app::MainWindowView view(w.form);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        w.state.FileChanged = true;
+        w.op.answers = {Answer::Cancel};
+        QVERIFY(!view.close() && view.isVisible());
+        QCOMPARE(w.op.log.back(), std::string("ask: Halvane: File is Changed do you want to save?"));
+        w.op.answers = {Answer::No};
+        QVERIFY(view.close() && !w.positions.entries.empty());
+    }
+};
+
+// Editing through the real table offscreen: clicks on cells and headers and the Delete key reach the
+// Program as the operator means them.
+class GridEditingViewTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<halvane::testing::Console> window;
+    std::unique_ptr<app::MainWindowView> view;
+
+    app::ProgramTableView* table() { return view->table(); }
+    void clickCell(int row, int col, Qt::MouseButton button = Qt::LeftButton,
+                   Qt::KeyboardModifiers keys = {}) {
+        // The cell's own place, also inside a merged run.
+        const QPoint at(table()->columnViewportPosition(col - 1) + table()->columnWidth(col - 1) / 2,
+                        table()->rowViewportPosition(row - 1) + table()->rowHeight(row - 1) / 2);
+        QTest::mouseClick(table()->viewport(), button, keys, at);
+    }
+    void clickSeconds(int row) {
+        QHeaderView* header = table()->verticalHeader();
+        const int y = header->sectionViewportPosition(row - 1) + header->sectionSize(row - 1) / 2;
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(header->width() / 2, y));
+    }
+    static void chooseFriend(Face_time& d) {
+        d.setFirst(Face_time::OptFriend);
+        d.OKButton();
+    }
+
+  private slots:
+    void init() {
+        window = std::make_unique<halvane::testing::Console>();
+        window->state.NumTargets = 3;
+        view = std::make_unique<app::MainWindowView>(window->form);
+        view->resize(800, 600);
+        view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+        window->op.script<Settings>(ScriptedOperator::typeAndOk("20"));
+        view->runCommand("M_New");
+        window->op.log.clear();
+    }
+    void cleanup() {
+        window->state.FileChanged = false;
+        view.reset();
+        window.reset();
+    }
+
+    void rightClickAppliesToTwoHighlightedCellsInTwoColumns() {
+        window->state.LeftClickIF = false;
+        window->state.RightClickIF = true;
+        clickCell(3, 1);
+        clickCell(6, 3, Qt::LeftButton, Qt::ControlModifier);
+        QCOMPARE(table()->gridModel()->index(5, 2).data(Qt::BackgroundRole).value<QColor>(),
+                 table()->palette().color(QPalette::Highlight));
+        window->op.script<Face_time>(chooseFriend);
+        clickCell(10, 2, Qt::RightButton);
+        QCOMPARE(window->grid().TextMatrix(3, 1), std::string("Friend"));
+        QCOMPARE(window->grid().TextMatrix(6, 3), std::string("Friend"));
+    }
+
+    // One current cell: the mouse and the keys move the grid's, the table shows it, Delete acts on it.
+    void keysAndClicksMoveTheCellTheTableShows() {
+        const auto current = [this] {
+            const QModelIndex i = table()->currentIndex();
+            return std::make_pair(i.row() + 1, i.column() + 1);
+        };
+        for (int row : {5, 8}) {
+            window->grid().setRow(row);
+            window->form.M_Pause();
+        }
+        view->refresh();
+        clickCell(8, 3);
+        clickCell(8, 3, Qt::LeftButton, Qt::ControlModifier);  // current, and no longer highlighted
+        QCOMPARE(current(), std::make_pair(8, 3));
+        QTest::keyClick(table(), Qt::Key_Up);
+        for (int i = 0; i < 3; ++i) QTest::keyClick(table(), Qt::Key_Down);
+        QCOMPARE(std::make_pair(window->grid().Row(), window->grid().Col()), std::make_pair(10, 3));
+        QCOMPARE(current(), std::make_pair(10, 3));
+        QTest::keyClick(table(), Qt::Key_Delete);
+        QCOMPARE(window->grid().TextMatrix(8, 3), std::string("Pause"));
+        QTest::keyClick(table(), Qt::Key_Left);
+        QCOMPARE(current(), std::make_pair(10, 2));
+        // On a Pause row Delete empties the row, and the table shows it.
+        QTest::keyClick(table(), Qt::Key_Up);
+        QTest::keyClick(table(), Qt::Key_Up);
+        QTest::keyClick(table(), Qt::Key_Delete);
+        QCOMPARE(window->grid().TextMatrix(8, 2), std::string());
+        QCOMPARE(table()->gridModel()->index(7, 1).data(Qt::DisplayRole).toString(), QString());
+    }
+
+    // A click inside a merged run acts on the cell under the pointer; the corner acts as the seconds
+    // column does.
+    void clicksOnAMergedRunAndOnTheCornerReachTheirCells() {
+        window->op.popupChoices = {"M_Pause"};
+        clickSeconds(6);
+        QCOMPARE(table()->columnSpan(5, 0), 3);
+        clickCell(6, 3);
+        QCOMPARE(window->grid().Col(), 3);
+
+        clickCell(9, 2);
+        window->op.log.clear();
+        window->op.popupChoices = {""};
+        QWidget* corner = table()->findChild<QWidget*>("corner");
+        QVERIFY(corner);
+        QTest::mouseClick(corner, Qt::RightButton, {}, QPoint(3, 3));
+        QCOMPARE(window->op.log, std::vector<std::string>{"popup: Popup_Menu"});
+        QCOMPARE(window->state.SelRow[3], std::int16_t{9});
+    }
+};
+
+// The dialogs' views hand what the operator set to their models and show what the models say.
+namespace {
+void click(QWidget* dialog, const char* name) {
+    auto* button = dialog->findChild<QAbstractButton*>(name);
+    QVERIFY2(button, name);
+    QTest::mouseClick(button, Qt::LeftButton);
+}
+
+// A main window with a new Program of 4 targets and 30 seconds.
+struct Program : halvane::testing::Console {
+    Program() { newProgram(4, "30"); }
+};
+}  // namespace
+
+class DialogViewsTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void programSetupDialogDrivesItsModel() {
+        ScriptedOperator op;
+        Settings model(30, op);
+        app::ProgramSetupDialog dialog(model);
+        auto* text = dialog.findChild<QLineEdit*>("Text1");
+        QCOMPARE(text->text(), QString("30"));
+        click(&dialog, "CmdPlus_L");
+        QCOMPARE(text->text(), QString("31"));
+        click(&dialog, "CmdMinus_L");
+        QCOMPARE(text->text(), QString("30"));
+        text->setText("45");
+        click(&dialog, "OKButton");
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(model.result().value_or(0), 45);
+    }
+
+    void faceTimeDialogPassesBothActionsAndTheLength() {
+        Program p;
+        p.state.SelRow[2] = 5;
+        Face_time model(p.state, p.grid());
+        app::FaceTimeDialog dialog(model);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        click(&dialog, "OptFoe");
+        click(&dialog, "OptDown2");
+        dialog.findChild<QLineEdit*>("Text1")->setText("2");
+        click(&dialog, "OKButton");
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(p.grid().TextMatrix(6, 2), std::string("Foe"));
+        QCOMPARE(p.grid().TextMatrix(7, 2), std::string("Down"));
+    }
+
+    void setupDialogShowsAndStoresTheSettings() {
+        Program p;
+        halvane::testing::TempDir dir;
+        p.state.ConfigFile = dir.file("hvn.cfg");
+        p.state.RadioLMC = true;
+        frmDisplay model(p.form);
+        app::SetupDialog dialog(model);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QVERIFY(dialog.findChild<QCheckBox*>("cb_LMC")->isChecked());
+        QVERIFY(dialog.findChild<QRadioButton*>("optBottom")->isChecked());
+        QCOMPARE(dialog.findChild<QLineEdit*>("Txt_NumTargets")->text(), QString("4"));
+        click(&dialog, "Command10");
+        click(&dialog, "optTop");
+        click(&dialog, "cb_Wifi");
+        click(&dialog, "OKButton");
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(int(p.state.NumTargets), 5);
+        QVERIFY(!p.state.StartBottom);
+        QVERIFY(p.state.RadioWiFi && p.state.RadioLMC);
+    }
+};
+
+// The simulated range's example Program opens in the console as it was meant: its shape, its wave
+// across the targets and its Pause row, with nothing to save.
+using app::ExampleProgram;
+
+class ExampleProgramTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void opensWithItsWaveAndPause() {
+        testing::TempDir dir;
+        testing::Console console;
+        console.state.NumTargets = 3;  // what hvn.cfg said; the file decides
+        console.form.Load();
+        const std::string file = dir.file(ExampleProgram::kFileTitle);
+        QVERIFY(!ExampleProgram::write(file, app::SimulatedRange::kTargets));
+        QVERIFY(console.form.LoadProgram({file, ExampleProgram::kFileTitle}));
+
+        const SharedState& state = console.state;
+        const ProgramGrid& grid = console.grid();
+        QCOMPARE(std::make_tuple(state.NumTargets, state.NumSeconds, state.FileChanged, grid.Cols()),
+                 std::make_tuple(std::int16_t{8}, std::int16_t{60}, false, 9));
+        QCOMPARE(console.form.Caption(), std::string("LM47 Programer - Example wave.hvn"));
+        QVERIFY(console.op.log.empty());
+
+        // Bands of two seconds, each target one second behind the one before it.
+        using Cell = std::tuple<int, int, std::string>;
+        const std::vector<Cell> cells = {{1, 1, "Friend"}, {1, 2, "Down"},  {3, 1, "Foe"},
+                                         {5, 1, "Edge"},   {31, 1, "Down"}, {60, 8, "Edge"}};
+        for (const auto& [row, col, word] : cells) QCOMPARE(grid.TextMatrix(row, col), word);
+        for (int row = 2; row <= 60; ++row)
+            for (int col = 2; col <= 8; ++col)
+                if (row != ExampleProgram::kPauseSecond && row != ExampleProgram::kPauseSecond + 1)
+                    QCOMPARE(grid.TextMatrix(row, col), grid.TextMatrix(row - 1, col - 1));
+        QVERIFY(grid.MergeRow(ExampleProgram::kPauseSecond));
+        for (int col = 1; col <= 8; ++col) QCOMPARE(grid.TextMatrix(30, col), std::string("Pause"));
+    }
+};
+
+// The range view on screen (offscreen): its size, a tile repainted alone with its new picture, clicks
+// mapped to targets, and every corner of a large range reachable with the scroll bars.
+namespace {
+
+// Records the rectangles a widget is asked to paint.
+struct PaintLog : QObject {
+    QRegion painted;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) painted += static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+};
+
+// A run window's range of LM series targets, laid out from the top left and shown.
+struct Shown {
+    SharedState state;
+    RangeView model{state, RangeWindowKind::Run};
+    std::unique_ptr<app::RangeViewWidget> view;
+    Shown(int targets, int cols, const char* iconSize, QSize size) {
+        state.NumTargets = static_cast<std::int16_t>(targets);
+        state.NumCols = static_cast<std::int16_t>(cols);
+        state.IconSize = iconSize;
+        state.StartBottom = false;
+        state.TypeLMSeries = true;
+        model.build();
+        view = std::make_unique<app::RangeViewWidget>(model);
+        view->resize(size);
+        view->show();
+    }
+};
+
+}  // namespace
+
+class RangeViewWidgetTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void aFaceChangeRepaintsOnlyItsTileWithItsPictureAndClicksFindTheTarget() {
+        Shown shown(7, 3, "Medium", {400, 300});
+        auto& view = *shown.view;
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QWidget* pic = view.findChild<QWidget*>("PicMain");
+        QVERIFY(pic);
+        QCOMPARE(pic->logicalDpiY(), 96);  // the figures below are at 15 twips a pixel
+        QCOMPARE(pic->size(), QSize(278, 458));
+        QCOMPARE(view.pictureRect(5), QRect(133, 158, 60, 70));
+
+        PaintLog log;
+        QTest::qWait(50);
+        pic->installEventFilter(&log);
+        shown.model.setFace(5, wire::Action::Friend);
+        QTRY_VERIFY(!log.painted.isEmpty());
+        QVERIFY(view.tileBounds(5).contains(log.painted.boundingRect()));
+        QVERIFY(log.painted.contains(view.pictureRect(5)));
+
+        QImage expected(60, 70, QImage::Format_RGB32);
+        expected.fill(pic->palette().color(QPalette::Window));
+        QPainter(&expected).drawPixmap(0, 0, app::RangeViewWidget::picture("friend_md", {60, 70}));
+        QCOMPARE(pic->grab(view.pictureRect(5)).toImage().convertToFormat(QImage::Format_RGB32), expected);
+
+        QSignalSpy clicked(&view, &app::RangeViewWidget::tileClicked);
+        QTest::mouseClick(pic, Qt::RightButton, Qt::ShiftModifier, view.pictureRect(7).center());
+        QTest::mouseClick(pic, Qt::LeftButton, {}, QPoint(2, 2));
+        QCOMPARE(clicked.size(), 1);
+        QCOMPARE(clicked[0][0].toInt(), 7);
+        QCOMPARE(clicked[0][1].value<Qt::MouseButton>(), Qt::RightButton);
+    }
+
+    void theScrollBarsReachEveryCornerOfALargeRange() {
+        Shown shown(200, 40, "Large", {800, 600});
+        auto& view = *shown.view;
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QWidget* pic = view.picMain();
+        QScrollBar* h = view.horizontalScrollBar();
+        QScrollBar* v = view.verticalScrollBar();
+        QCOMPARE(std::make_tuple(v->singleStep(), v->pageStep(), h->pageStep()),
+                 std::make_tuple(107, view.viewport()->height(), view.viewport()->width()));
+
+        const auto visible = [&] { return QRect(-pic->pos(), view.viewport()->size()); };
+        h->setValue(h->maximum());
+        v->setValue(v->maximum());
+        QCOMPARE(visible().bottomRight(), pic->rect().bottomRight());
+        QVERIFY(visible().contains(view.tileBounds(200)));
+        h->setValue(0);
+        v->setValue(0);
+        QVERIFY(visible().contains(view.tileBounds(1)));
+
+        // One notch scrolls the system's number of lines.
+        QWheelEvent notch(QPointF(10, 10), view.mapToGlobal(QPointF(10, 10)), {}, QPoint(-120, 0),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view.viewport(), &notch);
+        const int lines = QApplication::wheelScrollLines();
+        QCOMPARE(h->value(), 107 * (lines < 1 ? 3 : lines));
+    }
+};
+
+// Every window is shown through one call: its view is found by the model's type, and a modeless view
+// never outlives its model.
+namespace {
+// A view that reads its model on every paint, so one left holding a dead model trips the sanitizer.
+struct Note : Window {
+    std::string text = "note";
+};
+struct NoteView : QWidget {
+    NoteView(Note& model, QWidget* parent) : QWidget(parent), model(model) {}
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).drawText(rect(), QString::fromStdString(model.text));
+    }
+    Note& model;
+};
+struct Unregistered : Window {};
+}  // namespace
+
+class WindowRegistryTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void modalShowsTheViewOfTheModelsTypeUntilItCloses() {
+        app::QtOperator op;
+        testing::ScriptedOperator answers;
+        Settings settings(30, answers);
+        ProgramNumberDialog number("Download");
+        FailedBox failed;
+        for (const auto& [model, title] : std::vector<std::pair<Window*, QString>>{
+                 {&settings, "Program Setup"}, {&number, "Download"}, {&failed, "Communication Failed"}}) {
+            QString shown;
+            QTimer::singleShot(0, [&shown] {
+                auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+                shown = dialog->windowTitle();
+                dialog->reject();
+            });
+            op.show(*model);
+            QCOMPARE(shown, title);
+        }
+        Unregistered unknown;
+        QString what;
+        try {
+            op.show(unknown, Modality::Modeless);
+        } catch (const std::logic_error& e) {
+            what = e.what();
+        }
+        QVERIFY2(what.contains("no view is registered") && what.contains("Unregistered"), qPrintable(what));
+    }
+
+    // Whichever of model, view and operator goes first, nothing is left pointing at what has gone.
+    void aModelessViewIsShownOnceAndGoesWithItsModel() {
+        auto op = std::make_unique<app::QtOperator>();
+        op->registry().add<Note, NoteView>();
+        auto note = std::make_unique<Note>();
+        op->show(*note, Modality::Modeless);
+        QPointer<QWidget> view = op->viewOf(*note);
+        op->show(*note, Modality::Modeless);
+        QVERIFY(view && view->isVisible() && view->isWindow() && op->viewOf(*note) == view);
+        view->grab();
+        note.reset();
+        QVERIFY(view.isNull());
+
+        Note kept;
+        op->show(kept, Modality::Modeless);
+        op->viewOf(kept)->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!op->viewOf(kept));
+        op->show(kept, Modality::Modeless);
+        view = op->viewOf(kept);
+        op.reset();
+        QVERIFY(view.isNull());
+    }
+};
+
+// Faults inside the handlers of modal dialogs, through the real dialogs and the console's application
+// object: the process lives, the operator is told, the dialog and the Program stay as they were.
+class ExceptionGuardTest : public QObject {
+    Q_OBJECT
+
+    std::vector<std::pair<std::string, bool>> told;
+
+    static app::GuardedApplication& guard() { return *app::GuardedApplication::instance(); }
+
+    // Runs `step` on the dialog that is modal next, once it is up.
+    static void whenModal(std::function<void(QWidget*)> step) {
+        auto* poll = new QTimer;
+        QObject::connect(poll, &QTimer::timeout, poll, [poll, step] {
+            if (QWidget* modal = QApplication::activeModalWidget()) {
+                poll->deleteLater();
+                step(modal);
+            }
+        });
+        poll->start(5);
+    }
+
+  private slots:
+    void init() {
+        told.clear();
+        guard().setReporter(
+            [this](const std::string& text, bool internal) { told.emplace_back(text, internal); });
+    }
+
+    void aFaultInAModalDialogIsToldAndTheDialogStaysOpen() {
+        SharedState state;
+        state.NumTargets = 3;
+        state.LeftClickIF = true;
+        state.RightClickIF = false;
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        app::MainWindowView view(form);
+        op.setParentWindow(&view);
+        view.resize(800, 600);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        whenModal([](QWidget* setup) {
+            setup->findChild<QLineEdit*>()->setText("30");
+            setup->findChild<QPushButton*>("OKButton")->click();
+        });
+        view.runCommand("M_New");
+        QVERIFY(form.grid());
+        form.grid()->setTextMatrix(2, 2, "Edge");
+        state.FileChanged = false;
+
+        // A left click opens Face Time on the cell; "-40000" and OK is a fault, the dialog stays open.
+        bool openAfterFault = false;
+        whenModal([&](QWidget* faceTime) {
+            faceTime->findChild<QLineEdit*>("Text1")->setText("-40000");
+            faceTime->findChild<QRadioButton*>("OptFriend")->setChecked(true);
+            QTimer::singleShot(50, faceTime, [&, faceTime] {
+                openAfterFault = faceTime->isVisible();
+                faceTime->findChild<QPushButton*>("CancelButton")->click();
+            });
+            QTest::mouseClick(faceTime->findChild<QPushButton*>("OKButton"), Qt::LeftButton);
+        });
+        app::ProgramTableView* table = view.table();
+        const QPoint cell(table->columnViewportPosition(1) + 5, table->rowViewportPosition(4) + 5);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, cell);
+
+        QTRY_COMPARE(told.size(), std::size_t{1});
+        QCOMPARE(
+            told[0],
+            std::make_pair(
+                std::string("The time \"-40000\" is not a number of seconds from -32768 to 32767."), false));
+        QVERIFY(openAfterFault);
+        QCOMPARE(form.grid()->TextMatrix(5, 2) + "|" + form.grid()->TextMatrix(2, 2), std::string("|Edge"));
+        QVERIFY(!state.FileChanged && view.isVisible());
+        QCOMPARE(guard().internalErrors(), 0);
+    }
+
+    // Anything else a handler lets escape is caught the same way and counted apart, so tests and
+    // randomized runs can tell a fault the console foresaw from one it did not.
+    void anyOtherExceptionIsCaughtCountedAndTold() {
+        const int before = guard().internalErrors();
+        QTimer::singleShot(0, [] { throw std::out_of_range("vector index 7"); });
+        QTimer::singleShot(0, [] { throw std::out_of_range("vector index 7"); });
+        QTRY_COMPARE(told.size(), std::size_t{1});
+        QCOMPARE(guard().internalErrors(), before + 2);
+        QVERIFY(told[0].second && told[0].first.find("vector index 7") != std::string::npos &&
+                told[0].first.find("The Program is kept") != std::string::npos);
+    }
+};
+
+// One application object for all, the console's own, which catches what a handler lets escape.
+int main(int argc, char** argv) {
+    app::GuardedApplication application(argc, argv);
+    application.setAttribute(Qt::AA_Use96Dpi, true);
+    MainWindowViewTest mainWindow;
+    GridEditingViewTest gridEditing;
+    DialogViewsTest dialogs;
+    ExampleProgramTest example;
+    RangeViewWidgetTest rangeView;
+    WindowRegistryTest registry;
+    ExceptionGuardTest guard;
+    int failed = 0;
+    for (QObject* test : std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example,
+                                                         &rangeView, &registry, &guard}) {
+        failed += QTest::qExec(test, argc, argv);
+        // Closing the main window ends the application's event loop, and a loop ended so refuses to run
+        // again, the modal dialogs' of the next test too, until the application's own loop has run once.
+        QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
+        QCoreApplication::exec();
+    }
+    return failed;
+}
+
+#include "console_views_test.moc"

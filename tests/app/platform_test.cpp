@@ -1,0 +1,270 @@
+// The platform adapters: the serial port over a pseudo-terminal, the TCP link against the simulated
+// range and a quiet device over a real loopback socket, and the machines' one timer.
+
+#include <QElapsedTimer>
+#include <QPushButton>
+#include <QTcpServer>
+#include <QtTest>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "../core/scripted_operator.h"
+#include "../e2e/pty.h"
+#include "authoring/shared_state.h"
+#include "links/com_port.h"
+#include "links/transmitter_send.h"
+#include "links/transmitter_windows.h"
+#include "links/wifi_driver.h"
+#include "links/wifi_link.h"
+#include "platform/guarded_application.h"
+#include "platform/qt_serial_port.h"
+#include "platform/qt_tcp_socket.h"
+#include "simulation/range_window.h"
+#include "simulation/simulated_range.h"
+#include "transmitter_dialogs.h"
+
+using namespace halvane;
+using halvane::testing::ScriptedOperator;
+
+// The console's serial port adapter and the progress window that runs a transmitter dialogue on it, over
+// a pseudo-terminal whose far end the test plays and then closes, as a device that is unplugged.
+using e2e::Pty;
+
+class SerialPortViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    // The shared port is compared by the name it was opened with; QSerialPort shortens /dev/pts/N.
+    void thePortKeepsTheDeviceNameItWasOpenedWith() {
+        Pty pty;
+        QVERIFY(!pty.slave.empty());
+        app::QtSerialPort port;
+        QVERIFY(port.open(pty.slave));
+        QCOMPARE(port.deviceName(), pty.slave);
+        port.close();
+        QCOMPARE(port.deviceName(), std::string());
+    }
+
+    // A vanished line closes the port at once and says so, instead of reporting errors without end;
+    // a write after that, or to a port never opened, or to a socket not connected, fails for all to see.
+    void aVanishedLineClosesThePortIsReportedLostAndRefusesWrites() {
+        Pty pty;
+        app::QtSerialPort port;
+        QVERIFY(port.open(pty.slave));
+        std::string received;
+        int lost = 0;
+        port.listen(
+            {[&](std::string_view bytes) { received += bytes; }, [&](const std::string&) { ++lost; }});
+        pty.write(std::string("\0\xFF\r", 3));
+        QTRY_COMPARE_WITH_TIMEOUT(received, std::string("\0\xFF\r", 3), 2000);
+        QVERIFY(port.write("?"));
+        pty.hangUp();
+        QTRY_COMPARE_WITH_TIMEOUT(lost, 1, 2000);
+        QVERIFY(!port.isOpen() && port.lost());
+        QTest::qWait(50);
+        QCOMPARE(lost, 1);
+
+        app::QtSerialPort neverOpened;
+        app::QtTcpSocket unconnected;
+        QCOMPARE((std::vector<bool>{port.write("x"), neverOpened.write("x"), unconnected.write("x")}),
+                 (std::vector<bool>{false, false, false}));
+    }
+
+    // Measured: the window went on counting blocks for the rest of the transfer, then said "sent
+    // successful". Now the dialogue ends as soon as the line is gone.
+    void theProgressWindowEndsAtOnceWhenTheLineGoes() {
+        Pty pty;
+        SharedState state;
+        testing::ScriptedOperator op;
+        op.answers = {Answer::Yes};
+        app::QtSerialPort port;
+        PortNames names;
+        names.setDevice(1, pty.slave);
+        ComPortModule comPort(state, port, names, op);
+        comPort.OpenComPort();
+        QVERIFY(comPort.PortOpen());
+
+        // The transmitter: a place in use, the first of four blocks taken, then it is gone.
+        std::atomic<bool> goneNow{false};
+        QElapsedTimer sinceGone;
+        std::thread transmitter([&] {
+            if (pty.read(5) != "S04\r\n") return;
+            pty.write("1040400\r\n");
+            if (pty.read(258).size() != 258) return;
+            pty.write("1");
+            pty.read(1);
+            sinceGone.start();
+            pty.hangUp();
+            goneNow = true;
+        });
+        SendProgram send(std::string(900, '\x01'), 4);
+        ProgressWindow window("Sending", "Sending to LMC", send, port);
+        app::ProgressView view(window, op);
+        view.exec();
+        transmitter.join();
+        QVERIFY(goneNow);
+        QVERIFY2(sinceGone.elapsed() < 500, qPrintable(QString::number(sinceGone.elapsed())));
+        QVERIFY(send.outcome() != SendProgram::Outcome::Stored && !send.tag() && !port.isOpen());
+    }
+};
+
+// The console's TCP adapter against the simulated range and a quiet device over a real loopback socket,
+// and the range window.
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+// A device on a loopback port that says nothing unless told, and keeps what it receives.
+struct QuietDevice : QObject {
+    QTcpServer server;
+    QList<QTcpSocket*> peers;
+    QByteArray received;
+    std::function<void(QTcpSocket&)> onAccept = [](QTcpSocket&) {};
+    QuietDevice() {
+        server.listen(QHostAddress::LocalHost);
+        connect(&server, &QTcpServer::newConnection, this, [this] {
+            QTcpSocket* peer = server.nextPendingConnection();
+            peers.append(peer);
+            connect(peer, &QTcpSocket::readyRead, this, [this, peer] { received += peer->readAll(); });
+            onAccept(*peer);
+        });
+    }
+    std::string port() const { return std::to_string(server.serverPort()); }
+};
+
+// The console's Wi-Fi link on a real socket, as the console wires it.
+struct ConsoleWifi {
+    testing::ScriptedOperator op;
+    app::QtTcpSocket socket;
+    WifiLink link;
+    WifiDriver driver{link, socket, op};
+    explicit ConsoleWifi(std::string port) {
+        link.ServerIP = "127.0.0.1";
+        link.ServerPort = std::move(port);
+        app::GuardedApplication::instance()->deadlines().add(link);
+    }
+    ~ConsoleWifi() { app::GuardedApplication::instance()->deadlines().remove(link); }
+};
+
+class LinksEndToEndTest : public QObject {
+    Q_OBJECT
+
+    app::SimulatedRange sim;
+
+  private slots:
+    void initTestCase() {
+        std::string error;
+        QVERIFY2(sim.start(error), error.c_str());
+    }
+
+    void wifiLinkCarriesAHitQueryAndItsReply() {
+        ConsoleWifi console(sim.places().last().section(':', 1).toStdString());
+        sim.range().addHit(3);
+        sim.range().addHit(3);
+
+        console.link.EthernetCommand(std::string("\0\xFA\x03", 3), Clock::now());
+        QTRY_COMPARE_WITH_TIMEOUT(console.link.sock_GetData(), std::string("\xEA\x02", 2), 3000);
+        QVERIFY(console.op.log.empty());
+        console.link.EthernetDisconnect();
+    }
+
+    void rangeWindowRegistersAHitOnTheClickedTarget() {
+        app::RangeWindow window(sim);
+        const int before = sim.range().snapshot()[5].hits;
+        QTest::mouseClick(window.tile(5), Qt::LeftButton);
+        QCOMPARE(sim.range().snapshot()[5].hits, before + 1);
+        QVERIFY(window.tile(5)->text().contains(QString("Hits %1").arg(before + 1)));
+    }
+
+    void aFrameWithNoServerIsToldOnce() {
+        ConsoleWifi console("1");  // nothing listens there: refused at once
+        console.link.EthernetCommand(std::string("\0\xF3\x01", 3), Clock::now());
+        console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
+        QTRY_VERIFY_WITH_TIMEOUT(!console.link.nextDeadline(), 6000);
+        QCOMPARE(std::count(console.op.log.begin(), console.op.log.end(),
+                            std::string("tell: Halvane: Error: ethernet not connected.  Check settings.")),
+                 std::ptrdiff_t(1));
+    }
+
+    void aConnectionTheDeviceClosesEndsQuietlyAndTheNextFrameConnectsAgain() {
+        QuietDevice device;
+        device.onAccept = [&](QTcpSocket& peer) {
+            peer.write("*KRV_CONN*");
+            if (device.peers.size() == 1) peer.disconnectFromHost();
+        };
+        ConsoleWifi console(device.port());
+        console.link.EthernetConnect(Clock::now());
+        QTRY_COMPARE_WITH_TIMEOUT(console.link.log(), std::string("*KRV_CONN*\r\n"), 3000);
+        QTRY_COMPARE_WITH_TIMEOUT(console.link.state(), int(TcpSocket::Closed), 3000);
+        QCOMPARE(console.op.log, std::vector<std::string>{});
+
+        console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
+        QTRY_COMPARE_WITH_TIMEOUT(device.received, QByteArray("\0\xF3\x02", 3), 3000);
+        QCOMPARE(device.peers.size(), 2);
+    }
+};
+
+// The machines' one timer: the earliest deadline of all wins, an event that moves a deadline re-arms it,
+// and no machine is woken before its time.
+
+namespace {
+
+// Waits for one moment at a time and keeps the moments it was woken at.
+struct Machine : TimedMachine {
+    std::optional<TimePoint> deadline;
+    std::vector<TimePoint> wokeAt;
+    std::optional<TimePoint> nextDeadline() const override { return deadline; }
+    void onTime(TimePoint now) override {
+        wokeAt.push_back(now);
+        deadline.reset();
+    }
+};
+
+}  // namespace
+
+class DeadlineTimerTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void theEarliestWinsAndAnEventThatMovesADeadlineRearms() {
+        app::DeadlineTimer& timer = app::GuardedApplication::instance()->deadlines();
+        Machine late, early;
+        const TimePoint start = Clock::now();
+        late.deadline = start + 150ms;
+        early.deadline = start + 40ms;
+        timer.add(late);
+        timer.add(early);
+        QCOMPARE(timer.armedFor(), early.deadline);
+
+        QTRY_COMPARE_WITH_TIMEOUT(early.wokeAt.size(), std::size_t(1), 1000);
+        QVERIFY(early.wokeAt[0] >= start + 40ms);
+        QVERIFY(late.wokeAt.empty());
+        QCOMPARE(timer.armedFor(), late.deadline);
+
+        // Bytes come, say, and the late machine now wants to be woken sooner: no call to the timer.
+        const TimePoint moved = Clock::now() + 20ms;
+        QTimer::singleShot(0, [&] { late.deadline = moved; });
+        QTRY_COMPARE_WITH_TIMEOUT(timer.armedFor(), std::optional(moved), 1000);
+        QTRY_COMPARE_WITH_TIMEOUT(late.wokeAt.size(), std::size_t(1), 1000);
+        QVERIFY(late.wokeAt[0] >= moved);
+        QVERIFY(late.wokeAt[0] < start + 150ms);
+
+        timer.remove(late);
+        timer.remove(early);
+        QCOMPARE(timer.armedFor(), std::nullopt);
+    }
+};
+
+// The links keep their time on the console's application object.
+int main(int argc, char** argv) {
+    app::GuardedApplication application(argc, argv);
+    SerialPortViewTest serialPort;
+    LinksEndToEndTest links;
+    DeadlineTimerTest deadlines;
+    int failed = 0;
+    for (QObject* test : std::initializer_list<QObject*>{&serialPort, &links, &deadlines})
+        failed += QTest::qExec(test, argc, argv);
+    return failed;
+}
+
+#include "platform_test.moc"
