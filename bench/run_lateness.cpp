@@ -8,7 +8,7 @@
 //   run_lateness window [--pace]
 //
 // With --pace the line crosses at 9600 baud, and the spread of each step (first byte to last) is
-// compared with the line time of its bytes.
+// compared with the line time of its bytes. LATENESS_DUMP=1 prints each step's lateness as well.
 
 #include <QApplication>
 #include <QPushButton>

@@ -49,7 +49,12 @@ std::string QtSerialPort::deviceName() const {
 
 bool QtSerialPort::write(std::string_view bytes) {
     if (!m_port.isOpen()) return false;
-    return m_port.write(bytes.data(), static_cast<qint64>(bytes.size())) == static_cast<qint64>(bytes.size());
+    if (m_port.write(bytes.data(), static_cast<qint64>(bytes.size())) != static_cast<qint64>(bytes.size()))
+        return false;
+    // The bytes go to the line now, not when the event loop next looks: a run's step would otherwise
+    // wait behind the repaint of the range it has just changed.
+    m_port.flush();
+    return true;
 }
 
 void QtSerialPort::dropInput() {
