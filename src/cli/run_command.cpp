@@ -13,6 +13,7 @@
 
 #include "cli/commands.h"
 #include "cli/console_operator.h"
+#include "cli/options.h"
 #include "cli/posix_serial_port.h"
 #include "cli/posix_tcp_socket.h"
 #include "links/port_names.h"
@@ -149,15 +150,6 @@ class NoPositions : public PositionStore {
                      const std::string&) override {}
 };
 
-std::optional<int> wholeNumber(const std::string& text) {
-    if (text.empty() || text.size() > 9) return std::nullopt;
-    std::size_t i = text[0] == '-' ? 1 : 0;
-    if (i == text.size()) return std::nullopt;
-    for (std::size_t j = i; j < text.size(); ++j)
-        if (text[j] < '0' || text[j] > '9') return std::nullopt;
-    return std::stoi(text);
-}
-
 }  // namespace
 
 std::optional<RunOptions> parseRunOptions(const std::vector<std::string>& args) {
@@ -172,15 +164,8 @@ std::optional<RunOptions> parseRunOptions(const std::vector<std::string>& args) 
                 return std::nullopt;
             }
             options.from = *n;
-        } else if (a == "--port" && hasValue) {
-            const auto n = wholeNumber(args[++i]);
-            if (!n || *n < kFirstPort || *n > kLastPort) {
-                std::cerr << "--port needs a port number from 1 to 16\n";
-                return std::nullopt;
-            }
-            options.port = *n;
-        } else if (a == "--device" && hasValue) {
-            options.device = args[++i];
+        } else if (bool bad = false; portOption(args, i, options.port, options.device, bad)) {
+            if (bad) return std::nullopt;
         } else if (a == "--wifi" && hasValue) {
             options.wifi = args[++i];
             const auto colon = options.wifi.rfind(':');

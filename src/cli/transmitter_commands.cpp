@@ -9,6 +9,7 @@
 #include "authoring/program_file.h"
 #include "cli/commands.h"
 #include "cli/console_operator.h"
+#include "cli/options.h"
 #include "cli/posix_serial_port.h"
 #include "links/com_port.h"
 #include "links/dialogue_runner.h"
@@ -69,16 +70,6 @@ std::optional<std::string> openPort(const TransmitterOptions& options, const Sha
     return std::nullopt;
 }
 
-std::optional<int> number(const std::string& text) {
-    try {
-        std::size_t used = 0;
-        const int value = std::stoi(text, &used);
-        if (used == text.size()) return value;
-    } catch (const std::exception&) {
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 bool openLikeTheConsole(SerialPort& port, const std::string& device,
@@ -97,21 +88,14 @@ std::optional<TransmitterOptions> parseTransmitterOptions(const std::vector<std:
         const std::string& a = args[i];
         const bool hasValue = i + 1 < args.size();
         if (a == "--place" && hasValue) {
-            const auto n = number(args[++i]);
+            const auto n = wholeNumber(args[++i]);
             if (!n || *n < 1) {
                 std::cerr << "--place needs a program number of 1 or more (10 or more means place 10)\n";
                 return std::nullopt;
             }
             options.place = *n;
-        } else if (a == "--port" && hasValue) {
-            const auto n = number(args[++i]);
-            if (!n || *n < kFirstPort || *n > kLastPort) {
-                std::cerr << "--port needs a port number from 1 to 16\n";
-                return std::nullopt;
-            }
-            options.port = *n;
-        } else if (a == "--device" && hasValue) {
-            options.device = args[++i];
+        } else if (bool bad = false; portOption(args, i, options.port, options.device, bad)) {
+            if (bad) return std::nullopt;
         } else if (a == "--overwrite" && hasValue && !canSave) {
             const std::string& v = args[++i];
             if (v != "yes" && v != "no") {

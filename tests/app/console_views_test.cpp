@@ -1,5 +1,6 @@
 // The console's windows on screen (offscreen): the main window and its Program table, the dialogs, the
-// range view, the one call that shows every window, and faults inside the handlers of modal dialogs.
+// range view, the one call that shows every window, faults inside the handlers of modal dialogs, and
+// the run window.
 
 #include <QAction>
 #include <QCheckBox>
@@ -7,6 +8,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
@@ -15,9 +17,11 @@
 #include <QSignalSpy>
 #include <QTimer>
 #include <QtTest>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 
+#include "../core/fake_links.h"
 #include "../core/scripted_operator.h"
 #include "../core/temp_dir.h"
 #include "authoring/face_time.h"
@@ -25,6 +29,7 @@
 #include "console/setup_dialog.h"
 #include "face_time_dialog.h"
 #include "grid_table_model.h"
+#include "links/port_names.h"
 #include "main_window_view.h"
 #include "platform/guarded_application.h"
 #include "platform/qt_operator.h"
@@ -39,6 +44,18 @@
 
 using namespace halvane;
 using halvane::testing::ScriptedOperator;
+
+// Runs `step` on the window that is modal next, once it is up.
+static void whenModal(std::function<void(QWidget*)> step) {
+    auto* poll = new QTimer;
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, step] {
+        if (QWidget* modal = QApplication::activeModalWidget()) {
+            poll->deleteLater();
+            step(modal);
+        }
+    });
+    poll->start(5);
+}
 
 // The main window's view offscreen: the menu bar as the model says, the Program table, the close box.
 class MainWindowViewTest : public QObject {
@@ -528,18 +545,6 @@ class ExceptionGuardTest : public QObject {
 
     static app::GuardedApplication& guard() { return *app::GuardedApplication::instance(); }
 
-    // Runs `step` on the dialog that is modal next, once it is up.
-    static void whenModal(std::function<void(QWidget*)> step) {
-        auto* poll = new QTimer;
-        QObject::connect(poll, &QTimer::timeout, poll, [poll, step] {
-            if (QWidget* modal = QApplication::activeModalWidget()) {
-                poll->deleteLater();
-                step(modal);
-            }
-        });
-        poll->start(5);
-    }
-
   private slots:
     void init() {
         told.clear();
@@ -608,6 +613,86 @@ class ExceptionGuardTest : public QObject {
     }
 };
 
+namespace {
+
+// A port whose line can be pulled out.
+class PullablePort : public halvane::testing::FakeSerialPort {
+  public:
+    void pull() {
+        opened.clear();
+        reportLost("the device was unplugged");
+    }
+};
+
+QPushButton* button(QWidget* window, const char* name) {
+    return window->findChild<QPushButton*>(name);
+}
+
+}  // namespace
+
+// The run window as the operator meets it: Run opens it over the Program, the steps come on the
+// application's one timer and show at once, a line that goes away is told, and Exit closes it with its
+// port and keeps its place.
+class RangeRunningViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void runPlaysOnTheApplicationsTimerToldALostLineAndExitClosesThePort() {
+        halvane::testing::TempDir dir;
+        const std::string program = (dir.path() / "two.hvn").string();
+        std::ofstream(program, std::ios::binary) << "\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",3\r\n"
+                                                    "\"Friend\"\r\n\"Foe\"\r\n\"Foe\"\r\n\"Foe\"\r\n"
+                                                    "\"Edge\"\r\n\"Down\"\r\n";
+        SharedState state;
+        state.NumTargets = 2;
+        state.StartBottom = false;
+        state.RadioUSB = true;
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        PullablePort* port = nullptr;
+        form.attachLinks(nullptr, nullptr, [&port] {
+            auto made = std::make_unique<PullablePort>();
+            made->present.insert(PortNames::defaultDevice(1));
+            port = made.get();
+            return made;
+        });
+        form.Load();
+        QVERIFY(form.LoadProgram({program, "two.hvn"}));
+
+        QString shown, afterLoss, told;
+        std::string written;
+        bool reopened = false, closedOnExit = false;
+        whenModal([&](QWidget* window) {
+            button(window, "BtnConnect")->click();
+            button(window, "BtnStart")->click();
+            // The second step comes a second later on the application's timer, and shows without a click.
+            QTest::qWait(1300);
+            shown = window->findChild<QLineEdit*>("txtTimer")->text();
+            written = port->written;
+            whenModal([&told](QWidget* box) {
+                told = static_cast<QMessageBox*>(box)->text();
+                static_cast<QMessageBox*>(box)->accept();
+            });
+            port->pull();
+            afterLoss = button(window, "BtnConnect")->text();
+            button(window, "BtnConnect")->click();
+            reopened = port->isOpen();
+            button(window, "BtnExit")->click();
+            closedOnExit = !port->isOpen();
+        });
+        form.run("M_Run");
+
+        QCOMPARE(shown, QString(" 1"));
+        QCOMPARE(QByteArray::fromStdString(written).toHex(' '), QByteArray("f3 01 f2 02 f2 01"));
+        QVERIFY2(told.startsWith("Comm Port 1: the line went away (the device was unplugged)"),
+                 qPrintable(told));
+        QCOMPARE(afterLoss, QString("Connect"));
+        QVERIFY(reopened && closedOnExit);
+        QVERIFY(!positions.GetAllSettings(kPositionAppName, "Range Running").empty());
+    }
+};
+
 // One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
@@ -619,9 +704,10 @@ int main(int argc, char** argv) {
     RangeViewWidgetTest rangeView;
     WindowRegistryTest registry;
     ExceptionGuardTest guard;
+    RangeRunningViewTest run;
     int failed = 0;
     for (QObject* test : std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example,
-                                                         &rangeView, &registry, &guard}) {
+                                                         &rangeView, &registry, &guard, &run}) {
         failed += QTest::qExec(test, argc, argv);
         // Closing the main window ends the application's event loop, and a loop ended so refuses to run
         // again, the modal dialogs' of the next test too, until the application's own loop has run once.

@@ -1,9 +1,11 @@
-// halvane-cli run against the simulated radio on a real pseudo-terminal: the steps in real time, the
-// frames on the line, a Pause gone past, and the ways a run ends.
+// halvane-cli run against the simulated range: the steps in real time, the frames on the serial radio
+// (a real pseudo-terminal) and on the Wi-Fi device (loopback TCP), a Pause gone past, a device that
+// hangs up, and the ways a run ends.
 #ifdef HALVANE_CLI_BINARY
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <map>
 #include <mutex>
 #include <thread>
 
@@ -14,23 +16,33 @@
 namespace halvane::e2e {
 namespace {
 
-// The simulated radio on an unpaced pty, with every chunk it received and when.
-class Radio {
+// Simulated devices served on a thread of their own (serial lines unpaced), with every chunk the
+// console sent them and when.
+class Served {
   public:
-    Radio() : m_server(sim::SimServer::Options{false, {}}) {
-        m_path = m_server.addPty("radio", sim::makeRadioModem(m_range, {}));
+    Served() : m_server(sim::SimServer::Options{false, {}}) {
         m_server.setLog([this](const sim::LogEntry& entry) {
             if (entry.kind != sim::LogEntry::Kind::ToDevice) return;
             std::lock_guard lock(m_mutex);
             m_chunks.push_back(entry);
         });
-        m_serving = std::thread([this] { m_server.run(); });
     }
-    ~Radio() {
+    ~Served() {
         m_server.stop();
-        m_serving.join();
+        if (m_serving.joinable()) m_serving.join();
     }
-    const std::string& path() const { return m_path; }
+    // The radio on a pty, and its path.
+    std::string radio() {
+        const auto path = m_server.addPty("radio", sim::makeRadioModem(m_range, {}));
+        m_serving = std::thread([this] { m_server.run(); });
+        return path;
+    }
+    // The Wi-Fi device on loopback, and its port.
+    std::uint16_t wifi(sim::Faults faults) {
+        const auto port = m_server.listenTcp([this, faults] { return sim::makeWifiBridge(m_range, faults); });
+        m_serving = std::thread([this] { m_server.run(); });
+        return port;
+    }
     std::vector<sim::LogEntry> chunks() {
         std::lock_guard lock(m_mutex);
         return m_chunks;
@@ -39,18 +51,18 @@ class Radio {
   private:
     sim::Range m_range{2};
     sim::SimServer m_server;
-    std::string m_path;
     std::mutex m_mutex;
     std::vector<sim::LogEntry> m_chunks;
     std::thread m_serving;
 };
 
-// A configuration for two targets on the serial radio, and a Program of rows of two cells; the row
-// after them, the last second, is empty, as a Program file leaves it.
-std::vector<std::string> setUp(const ScratchDir& scratch, const std::vector<std::string>& rows) {
+// A configuration for two targets with `settings`, and a Program of rows of two cells; the row after
+// them, the last second, is empty, as a Program file leaves it.
+std::vector<std::string> setUp(const ScratchDir& scratch, const std::string& settings,
+                               const std::vector<std::string>& rows) {
     const auto config = scratch.path() / "hvn.cfg";
     std::ofstream(config) << "[Settings]\r\nTargets=2\r\nCols=2\r\nStart Location=Top\r\nIcon=Small\r\n"
-                             "USB-Radio=True\r\nComPort= 1\r\n";
+                          << settings;
     const auto program = scratch.path() / "run.hvn";
     std::ofstream out(program, std::ios::binary);
     out << "\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\"," << rows.size() << "\r\n";
@@ -61,15 +73,17 @@ std::vector<std::string> setUp(const ScratchDir& scratch, const std::vector<std:
     return {"--config", config.string(), "run", program.string()};
 }
 
+constexpr const char* kSerialRadio = "USB-Radio=True\r\nComPort= 1\r\n";
+
 std::string readAll(ChildProcess& child, std::chrono::milliseconds timeout) {
     return readFor(child.output(), 1 << 16, timeout);
 }
 
 TEST(CliRun, PlaysEachSecondOnTheLineGoesOnPastAPauseAndFinishes) {
     ScratchDir scratch;
-    Radio radio;
-    auto args = setUp(scratch, {"Friend Down", "Pause Foe", "Edge Foe", "Down Down"});
-    args.insert(args.end(), {"--device", radio.path(), "--at-pause", "continue"});
+    Served radio;
+    auto args = setUp(scratch, kSerialRadio, {"Friend Down", "Pause Foe", "Edge Foe", "Down Down"});
+    args.insert(args.end(), {"--device", radio.radio(), "--at-pause", "continue"});
     ChildProcess cli(HALVANE_CLI_BINARY, args);
     EXPECT_EQ(readAll(cli, 8000ms), "0\n2\nPaused\n2\n3\n4\nFinished\n");
     EXPECT_EQ(cli.exitStatus(), 0);
@@ -89,18 +103,19 @@ TEST(CliRun, PlaysEachSecondOnTheLineGoesOnPastAPauseAndFinishes) {
 
 TEST(CliRun, StopsAtAPauseEndsOnSigtermAndFailsWhenThePortCannotOpen) {
     ScratchDir scratch;
-    Radio radio;
-    auto args = setUp(scratch, {"Friend Foe", "Pause Pause", "Down Down"});
+    Served radio;
+    const std::string device = radio.radio();
+    auto args = setUp(scratch, kSerialRadio, {"Friend Foe", "Pause Pause", "Down Down"});
     ChildProcess paused(HALVANE_CLI_BINARY, [&] {
         auto a = args;
-        a.insert(a.end(), {"--device", radio.path()});
+        a.insert(a.end(), {"--device", device});
         return a;
     }());
     EXPECT_EQ(readAll(paused, 4000ms), "0\n2\nPaused\n");
     EXPECT_EQ(paused.exitStatus(), 0);
 
-    auto longer = setUp(scratch, std::vector<std::string>(30, "Friend Foe"));
-    longer.insert(longer.end(), {"--device", radio.path(), "--from", "3"});
+    auto longer = setUp(scratch, kSerialRadio, std::vector<std::string>(30, "Friend Foe"));
+    longer.insert(longer.end(), {"--device", device, "--from", "3"});
     ChildProcess interrupted(HALVANE_CLI_BINARY, longer);
     EXPECT_EQ(readFor(interrupted.output(), 2, 3000ms), "3\n");
     EXPECT_EQ(interrupted.exitStatus(SIGTERM), 130);
@@ -109,6 +124,64 @@ TEST(CliRun, StopsAtAPauseEndsOnSigtermAndFailsWhenThePortCannotOpen) {
     ChildProcess refused(HALVANE_CLI_BINARY, args);
     EXPECT_EQ(readAll(refused, 3000ms), "Halvane: Comm Port 1 in use or invalid\n");
     EXPECT_EQ(refused.exitStatus(), 1);
+}
+
+TEST(CliRunWifi, SendsEachFaceChangeOnTheSecondAndReconnectsAfterTheDeviceHangsUp) {
+    ScratchDir scratch;
+    Served bridge;
+    const auto port = bridge.wifi(sim::Faults{.dropAfterFrames = 2});
+    auto args = setUp(scratch, "WiFi-Radio=True\r\nEthernetIP=192.0.2.1\r\nEthernetPort=1\r\n",
+                      {"Friend Foe", "Friend Edge", "Down Edge"});
+    args.insert(args.end(), {"--wifi", "127.0.0.1:" + std::to_string(port)});
+    ChildProcess cli(HALVANE_CLI_BINARY, args);
+    EXPECT_EQ(readFor(cli.output(), 1 << 16, 6000ms), "0\n1\n2\n3\nFinished\n");
+    EXPECT_EQ(cli.exitStatus(), 0);
+
+    // The bytes of each second, and the connection they came on: the device hangs up after the two
+    // frames of second 0, and second 1 finds the link closed and connects again.
+    const auto chunks = bridge.chunks();
+    ASSERT_FALSE(chunks.empty());
+    std::map<long, std::string> bytesAt;
+    std::map<long, std::string> connectionAt;
+    for (const auto& chunk : chunks) {
+        const auto apart = (chunk.at - chunks[0].at).count();
+        const long second = (apart + 500) / 1000;
+        EXPECT_NEAR(static_cast<double>(apart), second * 1000.0, 60.0) << chunk.device;
+        bytesAt[second] += chunk.bytes;
+        connectionAt[second] = chunk.device;
+    }
+    using namespace std::string_literals;
+    const std::map<long, std::string> expected = {
+        {0, "\0\xF3\x01\0\xF2\x02"s}, {1, "\0\xF1\x02"s}, {2, "\0\xF0\x01"s}};
+    EXPECT_EQ(bytesAt, expected);
+    EXPECT_EQ(connectionAt, (std::map<long, std::string>{{0, "wifi#1"}, {1, "wifi#2"}, {2, "wifi#2"}}));
+}
+
+TEST(CliRunWifi, WithNothingListeningTellsOncePerSecondOfFramesAndPlaysOn) {
+    ScratchDir scratch;
+    std::uint16_t port = 0;
+    {
+        // A port that was free a moment ago: nothing listens there.
+        UniqueFd probe(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        ASSERT_EQ(::bind(probe.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        ::getsockname(probe.get(), reinterpret_cast<sockaddr*>(&address), &size);
+        port = ntohs(address.sin_port);
+    }
+    // The configured address, as no --wifi is given; the two frames of second 0 share one attempt.
+    const auto args = setUp(
+        scratch, "WiFi-Radio=True\r\nEthernetIP=127.0.0.1\r\nEthernetPort=" + std::to_string(port) + "\r\n",
+        {"Friend Foe", "Friend Foe"});
+    ChildProcess cli(HALVANE_CLI_BINARY, args);
+    EXPECT_EQ(readFor(cli.output(), 1 << 16, 5000ms),
+              "0\n"
+              "Halvane: Socket Error 10061: Connection refused\n"
+              "Halvane: Error: ethernet not connected.  Check settings.\n"
+              "1\n2\nFinished\n");
+    EXPECT_EQ(cli.exitStatus(), 0);
 }
 
 }  // namespace
