@@ -63,7 +63,6 @@ class frmRangeRunning : public Window, public TimedMachine {
     WindowPlacement placement;
 
     RangeView& view() { return m_view; }
-    SerialPort& port() { return m_port; }
     const RangeView& view() const { return m_view; }
 
     // Events of the window.
