@@ -36,6 +36,11 @@ class FakeSerialPort : public SerialPort {
     void dropOutput() override {}
     void setRts(bool on) override { calls.push_back(on ? "RTS on" : "RTS off"); }
     void setDtr(bool on) override { calls.push_back(on ? "DTR on" : "DTR off"); }
+    // The device goes away under the open port.
+    void hangUp() {
+        opened.clear();
+        reportLost("unplugged");
+    }
 };
 
 class FakeTcpSocket : public TcpSocket {
