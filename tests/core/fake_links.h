@@ -7,8 +7,16 @@
 
 #include "links/serial_port.h"
 #include "links/tcp_socket.h"
+#include "text/conversions.h"
 
 namespace halvane::testing {
+
+// Bytes as a line monitor shows them: "F1 05".
+inline std::string hexBytes(std::string_view bytes) {
+    std::string out;
+    for (const char c : bytes) out += (out.empty() ? "" : " ") + text::hexByte(static_cast<std::uint8_t>(c));
+    return out;
+}
 
 class FakeSerialPort : public SerialPort {
   public:

@@ -6,7 +6,6 @@
 #include "fake_links.h"
 #include "range/live_mode.h"
 #include "scripted_operator.h"
-#include "text/conversions.h"
 
 namespace halvane::testing {
 namespace {
@@ -22,30 +21,21 @@ class LiveMode : public ::testing::Test {
         names.setDevice(state.ComPort, device);
         port.present.insert("/dev/live");
         window = std::make_unique<frmLiveMode>(
-            state, port, names, [this](std::string_view f, TimePoint) { wifi.push_back(hex(f)); }, op,
+            state, port, names, [this](std::string_view f, TimePoint) { wifi.push_back(hexBytes(f)); }, op,
             positions);
         window->Load();
     }
-    static std::string hex(std::string_view bytes) {
+    // Per tile: '#' marked by a click (no border), '+' marked in a row, '.' unmarked, '_' never touched;
+    // with `faces`, each mark follows the face's first two letters.
+    std::string tiles(bool faces = false) const {
         std::string out;
-        for (const char c : bytes)
-            out += (out.empty() ? "" : " ") + text::hexByte(static_cast<std::uint8_t>(c));
-        return out;
-    }
-    // Per tile: '#' marked by a click (no border), '+' marked in a row, '.' unmarked, '_' never touched.
-    std::string marks() const {
-        std::string out;
-        for (const auto& t : window->view().tiles())
+        for (const auto& t : window->view().tiles()) {
+            if (faces) out += std::string_view(wire::wordOfAction(t.face)).substr(0, 2);
             out += t.Tag == "True" ? (t.BorderStyle == 0 ? '#' : '+') : (t.Tag.empty() ? '_' : '.');
+        }
         return out;
     }
-    std::string faces() const {
-        std::string out;
-        for (const auto& t : window->view().tiles())
-            out += std::string_view(wire::wordOfAction(t.face)).substr(0, 2);
-        return out;
-    }
-    std::string sent() { return hex(std::exchange(port.written, {})); }
+    std::string sent() { return hexBytes(std::exchange(port.written, {})); }
 
     SharedState state;
     FakeSerialPort port;
@@ -56,41 +46,33 @@ class LiveMode : public ::testing::Test {
     std::unique_ptr<frmLiveMode> window;
 };
 
-TEST_F(LiveMode, LoadOpensThePortWithTheLineControllersBlankFirstAndUnloadSendsNothing) {
+TEST_F(LiveMode, TheLineControllerHearsABlankFirstAndTheAllTargetBanksWhileTheMarksStay) {
     state.TypeVMR4000 = state.RadioUSB = true;
-    open(3);
+    open(34);
     EXPECT_EQ(port.calls, (std::vector<std::string>{"open /dev/live", "RTS off", "DTR off"}));
-    EXPECT_FALSE(state.RadioUSB);
     EXPECT_EQ(port.written,
               " \rSPA00000000\rCPA00000000\rSPB00000000\rCPB00000000\rSPC00000000\r"
               "CPC00000000\rSPD00000000\rCPD0\r");
     port.written.clear();
+    op.popupChoices = {"M_Down"};
+    window->PicTarget_MouseDown(33, L, Ctrl, t0);
+    window->BtnFriend_Click(t0);
+    EXPECT_EQ(port.written, "SPA11111111\rSPB11111111\rSPC11111111\rSPD11111111\r");
+    EXPECT_EQ(tiles(true).substr(93), "Fr_Fr#Fr_");  // every tile turns, also beyond 32
+    port.written.clear();
+    window->PicTarget_MouseDown(33, R, Ctrl, t0);  // no line beyond 32: no frame, the tile turns
+    EXPECT_EQ(tiles(true).substr(93), "Fr_Do.Fr_");
     window->placement.Left = 1234;
     window->QueryUnload();
     window->Unload();
     EXPECT_FALSE(port.isOpen());
-    EXPECT_EQ(port.written, "");
+    EXPECT_EQ(port.written, "");  // the targets stay as they are
     state.TypeVMR4000 = false;
     state.RadioWiFi = true;
     port.calls.clear();
     open(3);  // Wi-Fi alone: no port, nothing at load
-    EXPECT_TRUE(port.calls.empty() && wifi.empty() && op.log.empty());
+    EXPECT_TRUE(port.calls.empty() && wifi.empty() && op.log.size() == 1);
     EXPECT_EQ(window->placement.Left, 1234);
-}
-
-TEST_F(LiveMode, APortThatWillNotOpenLeavesTheWindowWithoutTilesAndNothingBreaks) {
-    state.RadioUSB = true;
-    state.ComPort = 3;
-    open(3, 10, "/dev/absent");
-    EXPECT_EQ(op.log, (std::vector<std::string>{"tell: Halvane: Comm Port 3 in use or invalid"}));
-    EXPECT_TRUE(window->view().tiles().empty());
-    window->BtnFoe_Click(t0);
-    window->PicTarget_MouseDown(1, R, 0, t0);
-    window->Resize(9000, 7000);
-    EXPECT_EQ(window->picScrollBox.Width, 0);  // no scroll fit after a failed load
-    EXPECT_EQ(window->BtnFriend.Left, 2100);
-    EXPECT_EQ(window->BtnClearHitScores.Left, 6750 - 787.5f);
-    EXPECT_EQ(op.log.size(), 1u);
 }
 
 TEST_F(LiveMode, ClicksOnTilesMarkAndOpenThePopupAsTheButtonCtrlAndClickSettingSay) {
@@ -115,77 +97,63 @@ TEST_F(LiveMode, ClicksOnTilesMarkAndOpenThePopupAsTheButtonCtrlAndClickSettingS
         op.log.clear();
         for (const auto& [tile, button, shift] : c.clicks)
             window->PicTarget_MouseDown(tile, button, shift, t0);
-        EXPECT_EQ(marks(), c.marks) << c.leftClickIF << " " << c.clicks.size();
+        EXPECT_EQ(tiles(), c.marks) << c.leftClickIF << " " << c.clicks.size();
         EXPECT_EQ(op.log, std::vector<std::string>(c.popups, "popup: Target_Popup")) << c.marks;
     }
 }
 
-TEST_F(LiveMode, PopupCommandsReachEveryMarkedTargetInOrderWhateverItShowsAndClearTheMarks) {
-    state.RadioUSB = state.RadioWiFi = state.LeftClickIF = true;
-    open(8);
-    op.popupChoices = {"M_Edge", "", "M_Friend", "M_Friend"};
+TEST_F(LiveMode, PopupAndRowCommandsReachEveryMarkedTargetInOrderWhateverItShowsAndClearTheMarks) {
+    state.RadioUSB = state.LeftClickIF = true;
+    state.RightClickIF = false;
+    open(20, 8);
+    op.popupChoices = {"M_Edge", "", "M_Friend", "M_Friend", "", "M_Foe"};
     window->PicTarget_MouseDown(5, R, 0, t0);
     EXPECT_EQ(sent(), "F1 05");
-    EXPECT_EQ(wifi, (std::vector<std::string>{"00 F1 05"}));
     window->PicTarget_MouseDown(7, L, Ctrl, t0);
     window->PicTarget_MouseDown(2, L, Ctrl, t0);
     window->PicTarget_MouseDown(3, R, Ctrl, t0);  // dismissed: the marks stay
-    EXPECT_EQ(marks(), ".##...#.");
+    EXPECT_EQ(tiles(true).substr(0, 24), "Do.Do#Do#Do.Ed.Do.Do#Do.");
     window->PicTarget_MouseDown(7, R, Ctrl, t0);
     EXPECT_EQ(sent(), "F3 02 F3 03 F3 07");
     window->PicTarget_MouseDown(7, R, 0, t0);  // already Friend: the frame goes all the same
     EXPECT_EQ(sent(), "F3 07");
-    EXPECT_EQ(faces(), "DoFrFrDoEdDoFrDo");
-    EXPECT_EQ(marks(), "........");
-}
-
-TEST_F(LiveMode, RowCommandsMarkTheRowsTargetsAndActOnlyOnTheSettingsButton) {
-    state.RadioUSB = state.LeftClickIF = true;
-    state.RightClickIF = false;
-    open(20, 8);
-    op.popupChoices = {"", "M_Foe"};
     window->LblRow_MouseDown(3, R, 0, t0);  // the wrong button for the setting
-    EXPECT_TRUE(op.log.empty());
-    window->LblRow_MouseDown(3, L, 0, t0);
-    EXPECT_EQ(marks(), "................++++");  // 17 to 20, borders kept
+    window->LblRow_MouseDown(3, L, 0, t0);  // row 3 of 8 columns: 17 to 20, borders kept
+    EXPECT_EQ(tiles(), "................++++");
     window->LblRow_MouseDown(1, L, 0, t0);
     EXPECT_EQ(sent(), "F2 01 F2 02 F2 03 F2 04 F2 05 F2 06 F2 07 F2 08");
-    EXPECT_EQ(marks(), "....................");
+    EXPECT_EQ(tiles(true).substr(0, 24), "Fo.Fo.Fo.Fo.Fo.Fo.Fo.Fo.");
 }
 
-TEST_F(LiveMode, AllTargetButtonsPaintEveryTileKeepTheMarksAndLinesEndAt32) {
-    state.TypeVMR4000 = true;
-    open(40);
-    port.written.clear();
-    window->PicTarget_MouseDown(33, L, Ctrl, t0);
-    window->BtnFriend_Click(t0);
-    EXPECT_EQ(port.written, "SPA11111111\rSPB11111111\rSPC11111111\rSPD11111111\r");
-    EXPECT_EQ(faces().substr(60), "FrFrFrFrFrFrFrFrFrFr");
-    op.popupChoices = {"M_Down"};
-    window->PicTarget_MouseDown(33, R, Ctrl, t0);  // target 33 is still marked; it has no line
-    EXPECT_EQ(port.written, "SPA11111111\rSPB11111111\rSPC11111111\rSPD11111111\r");
-    EXPECT_EQ(faces().substr(62, 6), "FrDoFr");
-}
+TEST_F(LiveMode, PortTroubleIsToldOnceAndTheWindowGoesOnWithWhatItHas) {
+    state.RadioUSB = true;
+    state.ComPort = 3;
+    open(3, 10, "/dev/absent");
+    EXPECT_EQ(op.log, (std::vector<std::string>{"tell: Halvane: Comm Port 3 in use or invalid"}));
+    EXPECT_EQ(tiles(), "");  // no range, and nothing breaks
+    window->BtnFoe_Click(t0);
+    window->Resize(9000, 7000);
+    EXPECT_EQ(window->picScrollBox.Width, 0);
+    EXPECT_EQ(window->BtnFriend.Left, 2100);
+    EXPECT_EQ(window->BtnClearHitScores.Left, 6750 - 787.5f);
 
-TEST_F(LiveMode, HitButtonsFollowTheSettingsGroupsStillAddressTargetsALostLineIsToldOnce) {
-    state.StartBottom = state.UseGroups = state.RadioUSB = state.RadioWiFi = true;
+    // Unlike the run window, the hit buttons follow the settings in the bottom-left layout too.
+    state.StartBottom = state.UseGroups = state.RadioWiFi = true;
     state.TypeLMSeries = false;
-    state.GroupNum[2] = 4;
     open(2);
     EXPECT_FALSE(window->BtnGetHitScores.Enabled || window->BtnClearHitScores.Visible);
-    EXPECT_EQ(window->view().tiles()[1].numberText, "Group 4");
     op.popupChoices = {"M_Foe", "M_Edge"};
-    window->PicTarget_MouseDown(2, R, 0, t0);
+    window->PicTarget_MouseDown(2, R, 0, t0);  // groups show, but commands go to target numbers
     EXPECT_EQ(sent(), "F2 02");
     port.hangUp();
     port.hangUp();
     window->PicTarget_MouseDown(1, R, 0, t0);  // told once; Wi-Fi and the tiles go on
-    EXPECT_EQ(op.log.size(), 3u);
-    EXPECT_EQ(op.log[1],
-              "tell: Halvane: Comm Port 1: the line went away (unplugged). The tiles still follow "
+    EXPECT_EQ(op.log.size(), 4u);
+    EXPECT_EQ(op.log[2],
+              "tell: Halvane: Comm Port 3: the line went away (unplugged). The tiles still follow "
               "the commands; open Live Mode again when the line is back.");
     EXPECT_EQ(wifi.back(), "00 F1 01");
-    EXPECT_EQ(faces(), "EdFo");
+    EXPECT_EQ(tiles(true), "Ed.Fo.");
 }
 
 }  // namespace
