@@ -7,8 +7,16 @@
 
 #include "links/serial_port.h"
 #include "links/tcp_socket.h"
+#include "text/conversions.h"
 
 namespace halvane::testing {
+
+// Bytes as a line monitor shows them: "F1 05".
+inline std::string hexBytes(std::string_view bytes) {
+    std::string out;
+    for (const char c : bytes) out += (out.empty() ? "" : " ") + text::hexByte(static_cast<std::uint8_t>(c));
+    return out;
+}
 
 class FakeSerialPort : public SerialPort {
   public:
@@ -36,6 +44,11 @@ class FakeSerialPort : public SerialPort {
     void dropOutput() override {}
     void setRts(bool on) override { calls.push_back(on ? "RTS on" : "RTS off"); }
     void setDtr(bool on) override { calls.push_back(on ? "DTR on" : "DTR off"); }
+    // The device goes away under the open port.
+    void hangUp() {
+        opened.clear();
+        reportLost("unplugged");
+    }
 };
 
 class FakeTcpSocket : public TcpSocket {

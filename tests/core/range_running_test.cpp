@@ -7,7 +7,6 @@
 #include "fake_links.h"
 #include "range/range_running.h"
 #include "scripted_operator.h"
-#include "text/conversions.h"
 
 namespace halvane::testing {
 namespace {
@@ -15,12 +14,6 @@ namespace {
 using namespace std::chrono_literals;
 
 const TimePoint t0 = TimePoint{} + 1000h;
-
-std::string hex(std::string_view bytes) {
-    std::string out;
-    for (const char c : bytes) out += (out.empty() ? "" : " ") + text::hexByte(static_cast<std::uint8_t>(c));
-    return out;
-}
 
 class RangeRunning : public ::testing::Test {
   protected:
@@ -39,8 +32,8 @@ class RangeRunning : public ::testing::Test {
                 grid.setTextMatrix(static_cast<int>(r) + 1, c, word == "-" ? "" : word);
         }
         window = std::make_unique<frmRangeRunning>(
-            state, grid, port, names, [this](std::string_view f, TimePoint) { wifi.push_back(hex(f)); }, op,
-            positions);
+            state, grid, port, names, [this](std::string_view f, TimePoint) { wifi.push_back(hexBytes(f)); },
+            op, positions);
         window->Load();
     }
     void connect() {
@@ -124,11 +117,11 @@ TEST_F(RangeRunning, FramesGoOutOnlyWhenATilesFaceChangesInTargetOrderOnEveryCho
     wifi.clear();
     window->onTime(t0 + 1s);
     window->onTime(t0 + 2s);  // target 1 turns, then the Pause of target 3 holds the run
-    EXPECT_EQ(hex(port.written), "F1 02 F2 01");
+    EXPECT_EQ(hexBytes(port.written), "F1 02 F2 01");
     EXPECT_EQ(wifi, (std::vector<std::string>{"00 F1 02", "00 F2 01"}));
     EXPECT_EQ(window->txtTimer.Caption, "3");
     window->BtnStart_Click(t0 + 9s);
-    EXPECT_EQ(hex(port.written), "F1 02 F2 01 F0 01 F0 02 F0 03");
+    EXPECT_EQ(hexBytes(port.written), "F1 02 F2 01 F0 01 F0 02 F0 03");
     EXPECT_EQ(faces(), "Down Down Down");
 }
 

@@ -4,7 +4,6 @@
 
 #include "authoring/about_box.h"
 #include "authoring/operator.h"
-#include "links/com_port.h"
 #include "text/conversions.h"
 #include "text/fault.h"
 
@@ -15,15 +14,13 @@ frmRangeRunning::frmRangeRunning(SharedState& state, const ProgramGrid& grid, Se
                                  PositionStore& positions)
     : m_state(state),
       m_grid(grid),
-      m_port(port),
-      m_names(names),
-      m_wifi(std::move(wifi)),
+      m_port(state, port, names, std::move(wifi), op),
       m_operator(op),
       m_positions(positions),
       m_view(state, RangeWindowKind::Run) {}
 
 void frmRangeRunning::Load() {
-    m_port.listen({{}, [this](const std::string&) { onLineLost(); }});
+    m_port.listen([this] { onLineLost(); });
     BtnConnect.Enabled = m_state.RadioUSB || m_state.TypeVMR4000;
     placement.Tag = kPositionTag;
     RestoreWindowPos(placement, m_positions);
@@ -59,43 +56,17 @@ void frmRangeRunning::Resize(float widthTwips, float heightTwips) {
     }
 }
 
-bool frmRangeRunning::openPort() {
-    const std::string device = m_names.device(m_state.ComPort);
-    if (device.empty() || !m_port.open(device)) return false;
-    m_port.setRts(false);
-    m_port.setDtr(false);
-    return true;
-}
-
 void frmRangeRunning::BtnConnect_Click() {
     if (BtnConnect.Caption != "Connect") {
         m_port.close();
         BtnConnect.Caption = "Connect";
         return;
     }
-    PortError = false;
-    bool opened = false;
-    if (m_state.TypeVMR4000) {
-        // A line controller never also receives binary frames.
-        m_state.RadioUSB = false;
-        opened = true;
-        PortError = !openPort();
-    } else if (m_state.RadioUSB) {
-        opened = true;
-        PortError = !openPort();
-    }
-    if (opened && PortError) {
-        m_operator.critical(ComPortModule::inUseMessage(m_state.ComPort), kAppTitle);
-        return;
-    }
-    if (opened) {
-        m_port.dropInput();
-        m_port.dropOutput();
-        if (m_state.TypeVMR4000) {
-            std::string opening;
-            for (const auto& frame : lineControllerOpening(false)) opening += frame;
-            m_serialOut = opening;
-        }
+    const RangePort::Opening opening = m_port.open();
+    PortError = opening == RangePort::Opening::Failed;
+    if (PortError) return;
+    if (opening == RangePort::Opening::Opened && m_state.TypeVMR4000) {
+        for (const auto& frame : lineControllerOpening(false)) m_port.queueSerial(frame);
     }
     BtnConnect.Caption = "Disconnect";
     flushSerial();
@@ -106,11 +77,8 @@ void frmRangeRunning::onLineLost() {
     BtnConnect.Caption = "Connect";
     m_port.close();
     const bool wasBusy = std::exchange(m_busy, true);
-    const std::string why =
-        m_port.lostReason().empty() ? "it would not take the frames" : m_port.lostReason();
-    m_operator.critical("Comm Port " + std::to_string(m_state.ComPort) + ": the line went away (" + why +
-                            "). The run goes on without it; Connect again when the line is back.",
-                        kAppTitle);
+    m_operator.critical(
+        m_port.lostMessage("The run goes on without it; Connect again when the line is back."), kAppTitle);
     m_busy = wasBusy;
     if (m_changeObserver) m_changeObserver();
 }
@@ -160,7 +128,7 @@ void frmRangeRunning::Unload() {
     // The targets stay as they are: nothing is sent on the way out.
     Timer1Enabled = false;
     m_port.stopListening();
-    if (m_port.isOpen()) m_port.close();
+    m_port.close();
 }
 
 std::optional<TimePoint> frmRangeRunning::nextDeadline() const {
@@ -180,7 +148,7 @@ void frmRangeRunning::onTime(TimePoint now) {
         }
     } catch (const Fault& fault) {
         // A step that cannot be played stops the run where it stands; the tiles and the grid stay.
-        m_serialOut.clear();
+        m_port.discard();
         Timer1Enabled = false;
         BtnStop.Enabled = false;
         BtnStop.Caption = "Pause";
@@ -255,18 +223,11 @@ void frmRangeRunning::pauseSteps() {
 }
 
 void frmRangeRunning::send(wire::Action action, int target, TimePoint now) {
-    for (const Frame& frame : targetActionFrames(action, target, Carriers::from(m_state), m_port.isOpen())) {
-        if (frame.carrier == Carrier::Serial)
-            m_serialOut += frame.bytes;
-        else if (m_wifi)
-            m_wifi(frame.bytes, now);
-    }
+    m_port.queue(targetActionFrames(action, target, Carriers::from(m_state), m_port.isOpen()), now);
 }
 
 void frmRangeRunning::flushSerial() {
-    if (m_serialOut.empty()) return;
-    const std::string bytes = std::exchange(m_serialOut, {});
-    if (m_port.isOpen() && !m_port.write(bytes)) onLineLost();
+    if (!m_port.flush()) onLineLost();
 }
 
 }  // namespace halvane

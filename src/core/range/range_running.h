@@ -24,6 +24,7 @@
 #include "links/serial_port.h"
 #include "links/timed_machine.h"
 #include "links/timed_read.h"
+#include "range/range_port.h"
 #include "range/range_view.h"
 
 namespace halvane {
@@ -32,8 +33,7 @@ class Operator;
 
 class frmRangeRunning : public Window, public TimedMachine {
   public:
-    // Hands one Wi-Fi frame (its leading zero included) to the Wi-Fi link; never waits.
-    using WifiSend = std::function<void(std::string_view frame, TimePoint now)>;
+    using WifiSend = RangePort::WifiSend;
     static constexpr std::chrono::seconds kStep{1};
     static constexpr const char* kPositionTag = "Range Running";
 
@@ -101,17 +101,13 @@ class frmRangeRunning : public Window, public TimedMachine {
     void pauseSteps();
     void send(wire::Action action, int target, TimePoint now);
     void flushSerial();
-    bool openPort();
 
     SharedState& m_state;
     const ProgramGrid& m_grid;
-    SerialPort& m_port;
-    const PortNames& m_names;
-    WifiSend m_wifi;
+    RangePort m_port;
     Operator& m_operator;
     PositionStore& m_positions;
     RangeView m_view;
-    std::string m_serialOut;  // the serial frames of one step, written back to back
     std::function<void()> m_stepObserver;
     std::function<void()> m_changeObserver;
     bool m_closed = false;

@@ -92,14 +92,17 @@ std::string RangeView::pictureName(wire::Action face) const {
     return "";
 }
 
-void RangeView::build() {
+void RangeView::guard() {
     if (m_state.NumTargets == 0) m_state.NumTargets = 1;
     if (m_state.NumCols == 0) m_state.NumCols = 1;
     if (m_state.NumTargets < 1 || m_state.NumTargets > SharedState::kMaxTargets)
         throw Fault("A range holds 1 to 200 targets, not " + std::to_string(m_state.NumTargets) + ".");
     if (m_state.NumCols < 1)
         throw Fault("A range needs at least one column, not " + std::to_string(m_state.NumCols) + ".");
+}
 
+void RangeView::build() {
+    guard();
     m_tiles.assign(static_cast<std::size_t>(m_state.NumTargets), RangeTile{});
     m_rowLabels.clear();
     m_picMainWidth = m_picMainHeight = 0;
@@ -222,6 +225,14 @@ void RangeView::setFace(int target, wire::Action face) {
     RangeTile& t = tileOf(target);
     if (t.face == face) return;
     t.face = face;
+    changed(target);
+}
+
+void RangeView::setMark(int target, const std::string& tag, int borderStyle) {
+    RangeTile& t = tileOf(target);
+    if (t.Tag == tag && t.BorderStyle == borderStyle) return;
+    t.Tag = tag;
+    t.BorderStyle = borderStyle;
     changed(target);
 }
 

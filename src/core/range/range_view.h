@@ -28,6 +28,10 @@ struct RangeTile {
     std::optional<std::string> serialText;  // "SN 100007" when TypeLMSeries
     std::optional<std::string> hitsText;    // "Hits: " when built (run/live, TypeLMSeries, !UseGroups)
     bool hitsVisible = true;
+    // The live window's mark for its next command: "True" marked, "False" or "" not; BorderStyle 0
+    // (no border) shows a clicked mark, 1 a single line.
+    std::string Tag;
+    int BorderStyle = 1;
 };
 
 struct RowLabel {
@@ -52,6 +56,8 @@ class RangeView {
     // The guards on NumTargets/NumCols (writes to the shared state), then BuildTileMap and
     // LayoutBottomLeft when StartBottom, else LayoutTopLeft. Call once, at the window's load.
     void build();
+    // The guards alone, for a window whose load can end before its range is built.
+    void guard();
     const std::vector<RangeTile>& tiles() const { return m_tiles; }  // index 0 = target 1
     const std::vector<RowLabel>& rowLabels() const { return m_rowLabels; }
     float picMainWidth() const { return m_picMainWidth; }  // twips
@@ -61,6 +67,7 @@ class RangeView {
     // The face a tile shows, and painting a face on it (the only record of a target's face).
     wire::Action face(int target) const;
     void setFace(int target, wire::Action face);
+    void setMark(int target, const std::string& tag, int borderStyle);
 
     // Hit captions of CurTile from ReplyHex: an empty score reads "0", or stays empty.
     void DrawHitsZero();

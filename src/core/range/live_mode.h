@@ -1,0 +1,102 @@
+#pragma once
+// frmLiveMode: drives targets by hand, all at once with four buttons or the marked ones through a
+// popup on the range view. The port opens with the window; there is no connect step and no clock.
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "authoring/control.h"
+#include "authoring/shared_state.h"
+#include "authoring/window.h"
+#include "authoring/window_position.h"
+#include "range/range_port.h"
+#include "range/range_view.h"
+
+namespace halvane {
+
+class Operator;
+
+class frmLiveMode : public Window {
+  public:
+    using WifiSend = RangePort::WifiSend;
+    static constexpr const char* kPositionTag = "Live Mode";
+    static constexpr const char* kPopupMenu = "Target_Popup";
+    struct PopupItem {
+        const char* name;
+        const char* caption;
+        wire::Action action;
+    };
+    static constexpr std::array<PopupItem, 4> kPopupItems{{{"M_Friend", "Friend", wire::Action::Friend},
+                                                           {"M_Edge", "Edge", wire::Action::Edge},
+                                                           {"M_Foe", "Foe", wire::Action::Foe},
+                                                           {"M_Down", "Down", wire::Action::Down}}};
+    // MouseDown arguments.
+    static constexpr int kLeftButton = 1, kRightButton = 2, kCtrl = 2;
+
+    // `port` is the window's own serial port (MSComm1), opened by Load when the settings need it.
+    frmLiveMode(SharedState& state, SerialPort& port, const PortNames& names, WifiSend wifi, Operator& op,
+                PositionStore& positions);
+
+    static constexpr const char* Caption = "Live Mode";
+    Control Label1{"Right Click on Target to Operate", true, true, 1680, 120, 3615, 375};
+    Control Label2{"All Targets", true, true, 3000, 480, 1335, 375};
+    Control BtnFriend{"Friend", true, true, 1440, 840, 975, 495};
+    Control BtnEdge{"Edge", true, true, 3000, 840, 975, 495};
+    Control BtnFoe{"Foe", true, true, 4200, 840, 975, 495};
+    Control BtnDown{"Down", true, true, 5640, 840, 975, 495};
+    Control BtnExit{"Exit", true, true, 3600, 1440, 975, 495};
+    Control BtnGetHitScores{"Get Hit Scores", true, true, 840, 1560, 1575, 375};
+    Control BtnClearHitScores{"Clear Hit Scores", true, true, 5640, 1560, 1575, 375};
+    Control picScrollBox{"", true, true, 0, 2000, 0, 0};
+
+    bool PortError = false;
+    WindowPlacement placement;
+
+    RangeView& view() { return m_view; }
+    const RangeView& view() const { return m_view; }
+
+    // Events of the window. A port that will not open ends the load before the range is built.
+    void Load();
+    void Resize(float widthTwips, float heightTwips);
+    void BtnFriend_Click(TimePoint now) { allTargets(wire::Action::Friend, now); }
+    void BtnEdge_Click(TimePoint now) { allTargets(wire::Action::Edge, now); }
+    void BtnFoe_Click(TimePoint now) { allTargets(wire::Action::Foe, now); }
+    void BtnDown_Click(TimePoint now) { allTargets(wire::Action::Down, now); }
+    void BtnExit_Click() { m_closed = true; }
+    void PicTarget_MouseDown(int index, int button, int shift, TimePoint now);
+    void LblRow_MouseDown(int index, int button, int shift, TimePoint now);
+    // A popup item by its name (kPopupItems); "" or another name does nothing and keeps the marks.
+    void popupItem_Click(std::string_view item, TimePoint now);
+    void QueryUnload();
+    void Unload();
+    // The port lost its line (it vanished, or would not take a write): told once; Wi-Fi and the
+    // tiles go on.
+    void onLineLost();
+
+    // Told when the window changed of itself (a lost line), for its view.
+    void setChangeObserver(std::function<void()> observer) { m_changeObserver = std::move(observer); }
+    bool closed() const { return m_closed; }
+    // A tile counts as marked only with the text "True"; an empty Tag is no mark.
+    bool marked(int target) const;
+
+  private:
+    void allTargets(wire::Action action, TimePoint now);
+    void openPopup(TimePoint now);
+    void clearMarks();
+    void flush();
+    int tileCount() const { return static_cast<int>(m_view.tiles().size()); }
+
+    SharedState& m_state;
+    RangePort m_port;
+    Operator& m_operator;
+    PositionStore& m_positions;
+    RangeView m_view;
+    std::function<void()> m_changeObserver;
+    bool m_closed = false;
+    bool m_lineLostTold = false;
+};
+
+}  // namespace halvane
