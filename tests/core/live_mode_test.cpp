@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fake_links.h"
 #include "range/live_mode.h"
-#include "scripted_operator.h"
+#include "range_window_fixture.h"
 
 namespace halvane::testing {
 namespace {
@@ -13,16 +12,14 @@ namespace {
 const TimePoint t0 = TimePoint{} + std::chrono::hours(1000);
 constexpr int L = frmLiveMode::kLeftButton, R = frmLiveMode::kRightButton, Ctrl = frmLiveMode::kCtrl;
 
-class LiveMode : public ::testing::Test {
+class LiveMode : public RangeWindowFixture {
   protected:
     void open(int targets, int cols = 10, const std::string& device = "/dev/live") {
         state.NumTargets = static_cast<std::int16_t>(targets);
         state.NumCols = static_cast<std::int16_t>(cols);
         names.setDevice(state.ComPort, device);
         port.present.insert("/dev/live");
-        window = std::make_unique<frmLiveMode>(
-            state, port, names, [this](std::string_view f, TimePoint) { wifi.push_back(hexBytes(f)); }, op,
-            positions);
+        window = std::make_unique<frmLiveMode>(state, port, names, wifiSend(), op, positions);
         window->Load();
     }
     // Per tile: '#' marked by a click (no border), '+' marked in a row, '.' unmarked, '_' never touched;
@@ -37,12 +34,6 @@ class LiveMode : public ::testing::Test {
     }
     std::string sent() { return hexBytes(std::exchange(port.written, {})); }
 
-    SharedState state;
-    FakeSerialPort port;
-    PortNames names;
-    ScriptedOperator op;
-    MemoryPositionStore positions;
-    std::vector<std::string> wifi;
     std::unique_ptr<frmLiveMode> window;
 };
 

@@ -4,9 +4,8 @@
 
 #include <sstream>
 
-#include "fake_links.h"
 #include "range/range_running.h"
-#include "scripted_operator.h"
+#include "range_window_fixture.h"
 
 namespace halvane::testing {
 namespace {
@@ -15,7 +14,7 @@ using namespace std::chrono_literals;
 
 const TimePoint t0 = TimePoint{} + 1000h;
 
-class RangeRunning : public ::testing::Test {
+class RangeRunning : public RangeWindowFixture {
   protected:
     // A Program of `rows` seconds, one string of words per second ("Friend Down Foe"), "-" for empty.
     void program(int targets, std::vector<std::string> rows) {
@@ -31,9 +30,7 @@ class RangeRunning : public ::testing::Test {
             for (int c = 1; words >> word; ++c)
                 grid.setTextMatrix(static_cast<int>(r) + 1, c, word == "-" ? "" : word);
         }
-        window = std::make_unique<frmRangeRunning>(
-            state, grid, port, names, [this](std::string_view f, TimePoint) { wifi.push_back(hexBytes(f)); },
-            op, positions);
+        window = std::make_unique<frmRangeRunning>(state, grid, port, names, wifiSend(), op, positions);
         window->Load();
     }
     void connect() {
@@ -55,13 +52,7 @@ class RangeRunning : public ::testing::Test {
         return out;
     }
 
-    SharedState state;
     ProgramGrid grid;
-    FakeSerialPort port;
-    PortNames names;
-    ScriptedOperator op;
-    MemoryPositionStore positions;
-    std::vector<std::string> wifi;
     std::unique_ptr<frmRangeRunning> window;
 };
 

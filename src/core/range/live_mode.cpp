@@ -39,10 +39,7 @@ void frmLiveMode::Load() {
         flush();
     }
     // Unlike the run window, the hit score buttons follow the settings in both layouts.
-    for (Control* button : {&BtnGetHitScores, &BtnClearHitScores}) {
-        button->Enabled = m_state.TypeLMSeries;
-        button->Visible = !m_state.UseGroups;
-    }
+    showHitScoreButtons(m_state, BtnGetHitScores, BtnClearHitScores);
     m_view.build();
 }
 

@@ -8,6 +8,13 @@
 
 namespace halvane {
 
+void showHitScoreButtons(const SharedState& state, Control& get, Control& clear) {
+    for (Control* button : {&get, &clear}) {
+        button->Enabled = state.TypeLMSeries;
+        button->Visible = !state.UseGroups;
+    }
+}
+
 RangePort::RangePort(SharedState& state, SerialPort& port, const PortNames& names, WifiSend wifi,
                      Operator& op)
     : m_state(state), m_port(port), m_names(names), m_wifi(std::move(wifi)), m_operator(op) {}

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "authoring/control.h"
 #include "authoring/shared_state.h"
 #include "links/command_frames.h"
 #include "links/port_names.h"
@@ -16,6 +17,10 @@
 namespace halvane {
 
 class Operator;
+
+// The hit score buttons of a range window as the settings have them: enabled for LM series targets,
+// hidden with groups.
+void showHitScoreButtons(const SharedState& state, Control& get, Control& clear);
 
 class RangePort {
   public:

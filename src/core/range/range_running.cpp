@@ -26,12 +26,7 @@ void frmRangeRunning::Load() {
     RestoreWindowPos(placement, m_positions);
     CurRow = 0;
     // With the bottom-left layout the hit score buttons keep their design state, whatever the settings.
-    if (!m_state.StartBottom) {
-        for (Control* button : {&BtnGetHitScores, &BtnClearHitScores}) {
-            button->Enabled = m_state.TypeLMSeries;
-            button->Visible = !m_state.UseGroups;
-        }
-    }
+    if (!m_state.StartBottom) showHitScoreButtons(m_state, BtnGetHitScores, BtnClearHitScores);
     m_view.build();
 }
 
