@@ -74,7 +74,7 @@ int main(int argc, char** argv) {
     form.attachLinks(&links.comPort(), &links.wifi(), &app::ConsoleLinks::newWindowPort);
     app::MainWindowView window(form);
     op.setParentWindow(&window);
-    op.setPopupHandler([&window](const std::string& menu) { return window.popup(menu); });
+    op.setBeforePopup([&window] { window.refresh(); });
     app.setReporter([&op](const std::string& text, bool) { op.critical(text, kAppTitle); });
     app.setAfterFault([&window] { window.refresh(); });
     // A newcomer starts on a Program that fits the simulated range rather than on an empty window.

@@ -61,7 +61,6 @@ void MainWindowView::buildMenu() {
         if (item.parent.empty() && hasChildren) {
             QMenu* menu = item.name == "Popup_Menu" ? new QMenu(caption, this) : menuBar()->addMenu(caption);
             menu->setObjectName(QString::fromStdString(item.name));
-            if (item.name == "Popup_Menu") m_popup = menu;
             menus[item.name] = menu;
             action = menu->menuAction();
         } else {
@@ -86,13 +85,6 @@ void MainWindowView::buildMenu() {
 QAction* MainWindowView::action(const std::string& item) const {
     auto it = m_actions.find(item);
     return it == m_actions.end() ? nullptr : it->second;
-}
-
-std::string MainWindowView::popup(const std::string& menu) {
-    if (menu != "Popup_Menu" || !m_popup) return {};
-    refresh();  // the highlight shows while the menu is open
-    QAction* chosen = m_popup->exec(QCursor::pos());
-    return chosen ? chosen->objectName().toStdString() : std::string();
 }
 
 void MainWindowView::runCommand(const std::string& item) {

@@ -26,8 +26,6 @@ class MainWindowView : public QMainWindow {
     void refresh();
     void runCommand(const std::string& item);
     QAction* action(const std::string& item) const;
-    // Shows a popup menu of the model at the pointer; the chosen item's name, or "".
-    std::string popup(const std::string& menu);
     ProgramTableView* table() const { return m_table; }
 
   protected:
@@ -45,7 +43,6 @@ class MainWindowView : public QMainWindow {
     Form1& m_model;
     ProgramTableView* m_table;
     std::map<std::string, QAction*> m_actions;
-    QMenu* m_popup = nullptr;
     unsigned m_shownGeneration = ~0u;
     bool m_closing = false;
 };

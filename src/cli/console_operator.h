@@ -18,7 +18,7 @@ class ConsoleOperator : public Operator {
     void openDocument(const std::string&) override {}
     // Only the failure window has words for the command line; the rest are never shown here.
     void show(Window& window, Modality modality) override;
-    std::string showPopup(const std::string&) override { return {}; }
+    std::string showPopup(const std::string&, const std::vector<PopupItem>&) override { return {}; }
 
   private:
     std::ostream& m_err;

@@ -51,8 +51,9 @@ class ScriptedOperator : public Operator {
         log.push_back((modality == Modality::Modal ? "show: " : "show modeless: ") + what);
         if (known->second.scripted) next(known->second.script, "unexpected dialog " + what)(window);
     }
-    std::string showPopup(const std::string& menu) override {
+    std::string showPopup(const std::string& menu, const std::vector<PopupItem>& items) override {
         log.push_back("popup: " + menu);
+        popupItems = items;
         return popupChoices.empty() ? "" : next(popupChoices, "");
     }
 
@@ -64,6 +65,7 @@ class ScriptedOperator : public Operator {
         });
     }
     std::deque<std::string> popupChoices;  // "" closes the popup with no choice
+    std::vector<PopupItem> popupItems;     // those of the last popup
 
     // A script for the Program Setup dialog.
     static std::function<void(Settings&)> typeAndOk(std::string length) {

@@ -305,7 +305,7 @@ struct OperatorScript::Run {
         form->attachLinks(&links->comPort(), &links->wifi(), &app::ConsoleLinks::newWindowPort);
         window = std::make_unique<app::MainWindowView>(*form);
         op.setParentWindow(window.get());
-        op.setPopupHandler([this](const std::string& menu) { return window->popup(menu); });
+        op.setBeforePopup([this] { window->refresh(); });
         auto* app = app::GuardedApplication::instance();
         app->setReporter([this](const std::string& text, bool) { op.critical(text, kAppTitle); });
         app->setAfterFault([this] { window->refresh(); });

@@ -1,10 +1,12 @@
 #include "platform/qt_operator.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMenu>
 #include <QMessageBox>
 #include <QUrl>
 
@@ -118,8 +120,19 @@ void QtOperator::critical(const std::string& text, const std::string& title) {
     QMessageBox::critical(m_parent, QString::fromStdString(title), QString::fromStdString(text));
 }
 
-std::string QtOperator::showPopup(const std::string& menu) {
-    return m_popup ? m_popup(menu) : std::string();
+std::string QtOperator::showPopup(const std::string& menu, const std::vector<PopupItem>& items) {
+    if (m_beforePopup) m_beforePopup();
+    QMenu popup(QApplication::activeWindow());
+    popup.setObjectName(QString::fromStdString(menu));
+    for (const PopupItem& item : items) {
+        if (!item.visible) continue;
+        QAction* action = popup.addAction(QString::fromStdString(item.caption));
+        action->setObjectName(QString::fromStdString(item.name));
+        action->setEnabled(item.enabled);
+    }
+    if (popup.isEmpty()) return {};
+    const QAction* chosen = popup.exec(QCursor::pos());
+    return chosen ? chosen->objectName().toStdString() : std::string();
 }
 
 void QtOperator::setBusy(bool busy) {

@@ -35,11 +35,9 @@ class QtOperator : public Operator {
     WindowRegistry& registry() { return m_registry; }
     // The modeless view showing `window`, if one is up.
     QWidget* viewOf(const Window& window) const;
-    std::string showPopup(const std::string& menu) override;
-    // The window that owns the popup menus shows them.
-    void setPopupHandler(std::function<std::string(const std::string&)> handler) {
-        m_popup = std::move(handler);
-    }
+    std::string showPopup(const std::string& menu, const std::vector<PopupItem>& items) override;
+    // Runs before a popup opens, so that the windows show what the popup acts on.
+    void setBeforePopup(std::function<void()> before) { m_beforePopup = std::move(before); }
     void setBusy(bool busy) override;
 
   private:
@@ -48,7 +46,7 @@ class QtOperator : public Operator {
     WindowRegistry m_registry;
     std::unordered_map<const Window*, QPointer<QWidget>> m_modeless;
     QPointer<QWidget> m_parent;
-    std::function<std::string(const std::string&)> m_popup;
+    std::function<void()> m_beforePopup;
 };
 
 }  // namespace halvane::app

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "authoring/window.h"
 
@@ -16,6 +17,14 @@ enum class Buttons { Ok, YesNo, YesNoCancel };
 struct FileDialogSetup {
     std::string filter;
     int filterIndex = 1;
+};
+
+// One item of a popup menu; an item that is not visible is left out.
+struct PopupItem {
+    std::string name;     // M_Face
+    std::string caption;  // "Face Time"
+    bool enabled = true;
+    bool visible = true;
 };
 
 // What a file dialog gives back: the full name and the name without its folder.
@@ -39,9 +48,9 @@ class Operator {
     virtual void openDocument(const std::string& path) = 0;
     // Shows the view of `window`; see Modality and Window for when it returns and who owns what.
     virtual void show(Window& window, Modality modality = Modality::Modal) = 0;
-    // Shows a popup menu at the pointer and waits for it to close; the name of the item chosen, or
-    // "" when none was.
-    virtual std::string showPopup(const std::string& menu) = 0;
+    // Shows the popup menu `menu` with `items` at the pointer and waits for it to close; the name of
+    // the item chosen, or "" when none was.
+    virtual std::string showPopup(const std::string& menu, const std::vector<PopupItem>& items) = 0;
     // Long file work is under way (the hourglass pointer); nothing to do by default.
     virtual void setBusy(bool /*busy*/) {}
 };

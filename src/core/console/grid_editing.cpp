@@ -104,7 +104,7 @@ void Form1::grdInfo_MouseDown(int button, int shift, int mouseRow, int mouseCol)
             grid.setCellBackColor(grid.BackColorSel);
             m_state.SelRow[static_cast<std::size_t>(col)] = static_cast<std::int16_t>(grid.Row());
         }
-        const std::string chosen = m_operator.showPopup("Popup_Menu");
+        const std::string chosen = m_operator.showPopup("Popup_Menu", popupItems("Popup_Menu"));
         if (!chosen.empty()) run(chosen);
         if (m_grid) m_grid->HighLight = 0;
     } catch (const Fault& fault) {

@@ -394,6 +394,13 @@ void Form1::M_Manual() {
         }
 }
 
+std::vector<PopupItem> Form1::popupItems(std::string_view menu) const {
+    std::vector<PopupItem> items;
+    for (const MenuItem& item : m_menu)
+        if (item.parent == menu) items.push_back({item.name, item.caption, item.enabled, item.visible});
+    return items;
+}
+
 void Form1::M_TargetSetup() {
     frmDisplay dialog(*this);
     m_operator.show(dialog);

@@ -120,6 +120,8 @@ class Form1 {
 
   private:
     MenuItem& menuItem(std::string_view name);
+    // The items under a popup menu of the table, as the operator's popup takes them.
+    std::vector<PopupItem> popupItems(std::string_view menu) const;
     Answer askSaveChanges();
     SaveOutcome saveWithDialog(bool alwaysAsk);
     void NewProgram();

@@ -104,12 +104,14 @@ void frmLiveMode::LblRow_MouseDown(int index, int button, int /*shift*/, TimePoi
 }
 
 void frmLiveMode::openPopup(TimePoint now) {
-    popupItem_Click(m_operator.showPopup(kPopupMenu), now);
+    std::vector<PopupItem> items;
+    for (const auto& item : kPopupItems) items.push_back({item.name, item.caption});
+    popupItem_Click(m_operator.showPopup(kPopupMenu, items), now);
 }
 
 void frmLiveMode::popupItem_Click(std::string_view item, TimePoint now) {
     const auto chosen = std::find_if(kPopupItems.begin(), kPopupItems.end(),
-                                     [item](const PopupItem& p) { return item == p.name; });
+                                     [item](const PopupCommand& p) { return item == p.name; });
     if (chosen == kPopupItems.end()) return;
     const Carriers carriers = Carriers::from(m_state);
     for (int i = 1; i <= tileCount(); ++i) {

@@ -24,15 +24,15 @@ class frmLiveMode : public Window {
     using WifiSend = RangePort::WifiSend;
     static constexpr const char* kPositionTag = "Live Mode";
     static constexpr const char* kPopupMenu = "Target_Popup";
-    struct PopupItem {
+    struct PopupCommand {
         const char* name;
         const char* caption;
         wire::Action action;
     };
-    static constexpr std::array<PopupItem, 4> kPopupItems{{{"M_Friend", "Friend", wire::Action::Friend},
-                                                           {"M_Edge", "Edge", wire::Action::Edge},
-                                                           {"M_Foe", "Foe", wire::Action::Foe},
-                                                           {"M_Down", "Down", wire::Action::Down}}};
+    static constexpr std::array<PopupCommand, 4> kPopupItems{{{"M_Friend", "Friend", wire::Action::Friend},
+                                                              {"M_Edge", "Edge", wire::Action::Edge},
+                                                              {"M_Foe", "Foe", wire::Action::Foe},
+                                                              {"M_Down", "Down", wire::Action::Down}}};
     // MouseDown arguments.
     static constexpr int kLeftButton = 1, kRightButton = 2, kCtrl = 2;
 
