@@ -9,8 +9,10 @@
 #include "face_time_dialog.h"
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"
+#include "live_mode_view.h"
 #include "platform/window_registry.h"
 #include "program_setup_dialog.h"
+#include "range/live_mode.h"
 #include "range/range_running.h"
 #include "range_running_view.h"
 #include "setup_dialog_view.h"
@@ -30,6 +32,7 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
         return std::make_unique<ProgressView>(model, op, parent);
     });
     registry.add<frmRangeRunning, RangeRunningView>();
+    registry.add<frmLiveMode, LiveModeView>();
     registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
 }
 

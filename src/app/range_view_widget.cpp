@@ -37,25 +37,32 @@ class PicMain : public QWidget {
         for (const RangeTile& tile : model.tiles()) {
             if (!m_owner.tileBounds(tile.target).intersects(dirty)) continue;
             const std::string name = model.pictureName(tile.face);
+            const QRect picture = m_owner.pictureRect(tile.target);
             if (!name.empty())
                 painter.drawPixmap(
-                    m_owner.pictureRect(tile.target).topLeft(),
+                    picture.topLeft(),
                     RangeViewWidget::picture(name, {size.width, size.height}, devicePixelRatioF()));
+            // A single line round the picture; none shows a tile marked by a click.
+            if (tile.BorderStyle != 0) {
+                painter.setPen(palette().color(QPalette::WindowText));
+                painter.drawRect(picture.adjusted(0, 0, -1, -1));
+            }
             caption(painter, tile.numberCaption, tile.numberText);
             if (tile.serialText) caption(painter, tile.serialCaption, *tile.serialText);
             if (tile.hitsText && tile.hitsVisible) caption(painter, tile.hitsCaption, *tile.hitsText);
         }
         painter.setPen(palette().color(QPalette::WindowText));
-        for (const RowLabel& label : model.rowLabels()) {
-            const QRect place = m_owner.toPixels(label.place, 0, 0);
-            painter.drawText(QPoint(place.left(), place.top() + fontMetrics().ascent()),
+        for (const RowLabel& label : model.rowLabels())
+            painter.drawText(m_owner.rowLabelRect(label), Qt::AlignLeft | Qt::AlignTop,
                              QString::fromStdString(label.caption));
-        }
     }
 
     void mousePressEvent(QMouseEvent* event) override {
-        const int target = m_owner.tileAt(event->position().toPoint());
-        if (target > 0) emit m_owner.tileClicked(target, event->button(), event->modifiers());
+        const QPoint at = event->position().toPoint();
+        if (const int target = m_owner.tileAt(at))
+            emit m_owner.tileClicked(target, event->button(), event->modifiers());
+        else if (const int row = m_owner.rowLabelAt(at))
+            emit m_owner.rowLabelClicked(row, event->button(), event->modifiers());
     }
 
   private:
@@ -89,6 +96,17 @@ QRect RangeViewWidget::toPixels(TwipsPoint place, float widthTwips, float height
     const QPointF tpp = twipsPerPixel();
     return QRect(qRound(place.left / tpp.x()), qRound(place.top / tpp.y()), qRound(widthTwips / tpp.x()),
                  qRound(heightTwips / tpp.y()));
+}
+
+QRect RangeViewWidget::rowLabelRect(const RowLabel& label) const {
+    const QRect place = toPixels(label.place, 0, 0);
+    return {place.topLeft(), m_picMain->fontMetrics().size(0, QString::fromStdString(label.caption))};
+}
+
+int RangeViewWidget::rowLabelAt(QPoint onPicMain) const {
+    for (const RowLabel& label : m_model.rowLabels())
+        if (rowLabelRect(label).contains(onPicMain)) return label.row;
+    return 0;
 }
 
 void RangeViewWidget::reload() {

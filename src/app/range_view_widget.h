@@ -21,6 +21,9 @@ class RangeViewWidget : public QScrollArea {
     QWidget* picMain() const { return m_picMain; }
     // The target whose tile covers a point of PicMain, 0 for none.
     int tileAt(QPoint onPicMain) const;
+    // The row whose label covers a point of PicMain, 0 for none.
+    int rowLabelAt(QPoint onPicMain) const;
+    QRect rowLabelRect(const RowLabel& label) const;
     // Where target's picture stands in PicMain, and everything of it, captions included.
     QRect pictureRect(int target) const;
     QRect tileBounds(int target) const;
@@ -30,6 +33,7 @@ class RangeViewWidget : public QScrollArea {
 
   signals:
     void tileClicked(int target, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
+    void rowLabelClicked(int row, Qt::MouseButton button, Qt::KeyboardModifiers modifiers);
 
   protected:
     void resizeEvent(QResizeEvent* event) override;

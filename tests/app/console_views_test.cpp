@@ -424,7 +424,12 @@ class RangeViewWidgetTest : public QObject {
 
         QImage expected(60, 70, QImage::Format_RGB32);
         expected.fill(pic->palette().color(QPalette::Window));
-        QPainter(&expected).drawPixmap(0, 0, app::RangeViewWidget::picture("friend_md", {60, 70}));
+        {
+            QPainter painter(&expected);
+            painter.drawPixmap(0, 0, app::RangeViewWidget::picture("friend_md", {60, 70}));
+            painter.setPen(pic->palette().color(QPalette::WindowText));
+            painter.drawRect(0, 0, 59, 69);  // the single-line border of a tile not marked by a click
+        }
         QCOMPARE(pic->grab(view.pictureRect(5)).toImage().convertToFormat(QImage::Format_RGB32), expected);
 
         QSignalSpy clicked(&view, &app::RangeViewWidget::tileClicked);
@@ -433,6 +438,12 @@ class RangeViewWidgetTest : public QObject {
         QCOMPARE(clicked.size(), 1);
         QCOMPARE(clicked[0][0].toInt(), 7);
         QCOMPARE(clicked[0][1].value<Qt::MouseButton>(), Qt::RightButton);
+        QSignalSpy rowClicked(&view, &app::RangeViewWidget::rowLabelClicked);
+        const auto& row2 = shown.model.rowLabels().at(1);
+        QTest::mouseClick(pic, Qt::LeftButton, Qt::ControlModifier, view.rowLabelRect(row2).center());
+        QCOMPARE(rowClicked.size(), 1);
+        QCOMPARE(rowClicked[0][0].toInt(), row2.row);
+        QCOMPARE(clicked.size(), 1);
     }
 
     void theScrollBarsReachEveryCornerOfALargeRange() {

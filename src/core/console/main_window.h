@@ -54,6 +54,7 @@ class Form1 {
     void M_Send();
     void M_Download();
     void M_Run();
+    void M_LiveMode();
 
     // The device links the window reaches: the shared serial line and the Wi-Fi link. The run and
     // live windows open serial ports of their own, which the platform makes.

@@ -76,6 +76,8 @@ class WifiLink : public TimedMachine {
     void sock_ClearData() { m_rxData.clear(); }
     // Everything received, a chunk a line, for the Wi-Fi window's log.
     const std::string& log() const { return m_log; }
+    // Frames handed over that still wait for the connection or the device's hello.
+    bool framesWaiting() const { return !m_waitingFrames.empty(); }
     // The socket's state as last reported.
     int state() const { return m_state; }
 

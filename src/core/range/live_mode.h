@@ -46,8 +46,8 @@ class frmLiveMode : public RangeWindow {
     Control BtnExit{"Exit", true, true, 3600, 1440, 975, 495};
 
     // Events of the window. A port that will not open ends the load before the range is built.
-    void Load();
-    void Resize(float widthTwips, float heightTwips);
+    void Load() override;
+    void Resize(float widthTwips, float heightTwips) override;
     void BtnFriend_Click(TimePoint now) { allTargets(wire::Action::Friend, now); }
     void BtnEdge_Click(TimePoint now) { allTargets(wire::Action::Edge, now); }
     void BtnFoe_Click(TimePoint now) { allTargets(wire::Action::Foe, now); }

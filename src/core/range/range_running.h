@@ -52,8 +52,8 @@ class frmRangeRunning : public RangeWindow {
     std::optional<TimePoint> NextTick;
 
     // Events of the window.
-    void Load();
-    void Resize(float widthTwips, float heightTwips);
+    void Load() override;
+    void Resize(float widthTwips, float heightTwips) override;
     void BtnConnect_Click();
     void BtnStart_Click(TimePoint now);
     void BtnStop_Click();

@@ -38,6 +38,9 @@ class RangeWindow : public Window, public TimedMachine {
     RangeView& view() { return m_view; }
     const RangeView& view() const { return m_view; }
 
+    virtual void Load() = 0;
+    // Places the controls for a window of this size, in twips.
+    virtual void Resize(float widthTwips, float heightTwips) = 0;
     // Asks each target in turn for its hit count and shows it on its tile.
     void BtnGetHitScores_Click(TimePoint now);
     // Tells every target to zero its count, and empties every tile's score.
