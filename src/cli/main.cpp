@@ -42,9 +42,10 @@ constexpr const char* kUsage =
     "                          command the targets as the live window does: with no TARGET, the\n"
     "                          all-target button; else the popup command for those targets (ascending,\n"
     "                          each once, whatever they show). The port opens as the window opens it;\n"
-    "                          Wi-Fi frames are seen out before the exit. Exit 0; 1 when the port cannot\n"
-    "                          be opened or its line is lost; 2, with nothing sent, for a TARGET outside\n"
-    "                          1..200 or beyond the range's Targets in hvn.cfg\n";
+    "                          Wi-Fi frames are seen out before the exit, and its troubles told as the\n"
+    "                          window tells them. Exit 0; 1 when the port cannot be opened or its line\n"
+    "                          is lost; 2, with nothing sent, for a TARGET outside 1..200 or beyond the\n"
+    "                          range's Targets in hvn.cfg\n";
 
 int usage() {
     std::cerr << kUsage;

@@ -42,17 +42,18 @@ class Served {
         std::lock_guard lock(m_mutex);
         return m_chunks;
     }
-    // All bytes the console sent, in order, once there are `atLeast` of them or a second has passed:
-    // the server may read them after the console is gone.
+    // All bytes the console sent, once there are `atLeast` (the server may read them after the
+    // console has gone), or after a second.
     std::string bytes(std::size_t atLeast = 0) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
-        for (;; std::this_thread::sleep_for(std::chrono::milliseconds(5))) {
-            std::string all;
+        std::string all;
+        for (int tries = 0; tries < 200 && (tries == 0 || all.size() < atLeast); ++tries) {
+            if (tries) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            all.clear();
             for (const auto& chunk : chunks()) all += chunk.bytes;
-            if (all.size() >= atLeast || std::chrono::steady_clock::now() > end) return all;
         }
+        return all;
     }
-    // The targets' faces as letters, slot 1 first: F friend, O foe, E edge, D down.
+    // The faces, slot 1 first: F friend, O foe, E edge, D down.
     std::string faces() const {
         std::string letters;
         for (const auto& target : m_range.snapshot()) letters += "DEOF"[static_cast<int>(target.face) & 3];
