@@ -40,8 +40,14 @@ class FakeSerialPort : public SerialPort {
         written.append(bytes);
         return true;
     }
-    void dropInput() override { input.clear(); }
+    void dropInput() override {
+        input.clear();
+        ++inputDrops;
+    }
     void dropOutput() override {}
+    // Bytes from the device, handed to whoever listens.
+    void receive(std::string_view bytes) { deliver(bytes); }
+    int inputDrops = 0;
     void setRts(bool on) override { calls.push_back(on ? "RTS on" : "RTS off"); }
     void setDtr(bool on) override { calls.push_back(on ? "DTR on" : "DTR off"); }
     // The device goes away under the open port.

@@ -128,10 +128,15 @@ void WifiLink::finishConnect(TimePoint now) {
 void WifiLink::onData(std::string_view chunk) {
     if (m_state != TcpSocket::Connected) return;
     m_heardSinceConnect = true;
-    if (chunk != kHello) m_rxData.append(chunk);
     m_log.append(chunk);
     m_log.append("\r\n");
     if (m_helloDeadline) sendWaitingFrames();
+    if (chunk != kHello) {
+        if (m_receiver)
+            m_receiver(chunk);
+        else
+            m_rxData.append(chunk);
+    }
     flush();
 }
 

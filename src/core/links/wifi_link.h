@@ -67,6 +67,11 @@ class WifiLink : public TimedMachine {
     // them out at once.
     void setActionsReady(std::function<void()> ready) { m_actionsReady = std::move(ready); }
 
+    // While set, what comes goes to `receiver`, chunk by chunk as the socket hands it over, rather
+    // than into sock_GetData: a reply waited for must arrive whole.
+    void setReceiver(std::function<void(std::string_view chunk)> receiver) {
+        m_receiver = std::move(receiver);
+    }
     std::string sock_GetData() const { return m_rxData; }
     void sock_ClearData() { m_rxData.clear(); }
     // Everything received, a chunk a line, for the Wi-Fi window's log.
@@ -101,6 +106,7 @@ class WifiLink : public TimedMachine {
     std::vector<std::function<void()>> m_whenConnected;
     std::vector<WifiAction> m_actions;
     std::function<void()> m_actionsReady;
+    std::function<void(std::string_view)> m_receiver;
 };
 
 }  // namespace halvane

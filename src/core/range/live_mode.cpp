@@ -16,17 +16,15 @@ constexpr int kNoBorder = 0, kSingleBorder = 1;
 
 frmLiveMode::frmLiveMode(SharedState& state, SerialPort& port, const PortNames& names, WifiSend wifi,
                          Operator& op, PositionStore& positions)
-    : m_state(state),
-      m_port(state, port, names, std::move(wifi), op),
-      m_operator(op),
-      m_positions(positions),
-      m_view(state, RangeWindowKind::Live) {}
+    : RangeWindow(state, port, names, std::move(wifi), op, positions, RangeWindowKind::Live, kPositionTag,
+                  {"Get Hit Scores", true, true, 840, 1560, 1575, 375},
+                  {"Clear Hit Scores", true, true, 5640, 1560, 1575, 375}) {}
 
 void frmLiveMode::Load() {
     m_view.guard();
     placement.Tag = kPositionTag;
     RestoreWindowPos(placement, m_positions);
-    m_port.listen([this] { onLineLost(); });
+    listenToPort();
     PortError = false;
     const RangePort::Opening opening = m_port.open();
     if (opening == RangePort::Opening::Failed) {
@@ -56,10 +54,7 @@ void frmLiveMode::Resize(float widthTwips, float heightTwips) {
     }
     // As in the run window, the range's box follows the window from the first opening on; after a
     // failed load there is no range to follow.
-    if (!PortError && heightTwips > 2000 && widthTwips > 150) {
-        picScrollBox.Height = heightTwips - 2500;
-        picScrollBox.Width = widthTwips - 150;
-    }
+    fitScrollBox(widthTwips, heightTwips);
 }
 
 void frmLiveMode::allTargets(wire::Action action, TimePoint now) {
@@ -124,11 +119,7 @@ void frmLiveMode::popupItem_Click(std::string_view item, TimePoint now) {
     flush();
 }
 
-void frmLiveMode::flush() {
-    if (!m_port.flush()) onLineLost();
-}
-
-void frmLiveMode::onLineLost() {
+void frmLiveMode::lineLost() {
     if (m_lineLostTold) return;
     m_lineLostTold = true;
     m_port.close();
@@ -136,18 +127,7 @@ void frmLiveMode::onLineLost() {
         m_port.lostMessage(
             "The tiles still follow the commands; open Live Mode again when the line is back."),
         kAppTitle);
-    if (m_changeObserver) m_changeObserver();
-}
-
-void frmLiveMode::QueryUnload() {
-    placement.Tag = kPositionTag;
-    SaveWindowPos(placement, m_positions);
-}
-
-void frmLiveMode::Unload() {
-    // The targets stay as they are: nothing is sent on the way out.
-    m_port.stopListening();
-    m_port.close();
+    changed();
 }
 
 }  // namespace halvane

@@ -10,18 +10,14 @@
 
 #include "authoring/control.h"
 #include "authoring/shared_state.h"
-#include "authoring/window.h"
-#include "authoring/window_position.h"
-#include "range/range_port.h"
-#include "range/range_view.h"
+#include "range/range_window.h"
 
 namespace halvane {
 
 class Operator;
 
-class frmLiveMode : public Window {
+class frmLiveMode : public RangeWindow {
   public:
-    using WifiSend = RangePort::WifiSend;
     static constexpr const char* kPositionTag = "Live Mode";
     static constexpr const char* kPopupMenu = "Target_Popup";
     struct PopupCommand {
@@ -48,15 +44,6 @@ class frmLiveMode : public Window {
     Control BtnFoe{"Foe", true, true, 4200, 840, 975, 495};
     Control BtnDown{"Down", true, true, 5640, 840, 975, 495};
     Control BtnExit{"Exit", true, true, 3600, 1440, 975, 495};
-    Control BtnGetHitScores{"Get Hit Scores", true, true, 840, 1560, 1575, 375};
-    Control BtnClearHitScores{"Clear Hit Scores", true, true, 5640, 1560, 1575, 375};
-    Control picScrollBox{"", true, true, 0, 2000, 0, 0};
-
-    bool PortError = false;
-    WindowPlacement placement;
-
-    RangeView& view() { return m_view; }
-    const RangeView& view() const { return m_view; }
 
     // Events of the window. A port that will not open ends the load before the range is built.
     void Load();
@@ -65,37 +52,21 @@ class frmLiveMode : public Window {
     void BtnEdge_Click(TimePoint now) { allTargets(wire::Action::Edge, now); }
     void BtnFoe_Click(TimePoint now) { allTargets(wire::Action::Foe, now); }
     void BtnDown_Click(TimePoint now) { allTargets(wire::Action::Down, now); }
-    void BtnExit_Click() { m_closed = true; }
     void PicTarget_MouseDown(int index, int button, int shift, TimePoint now);
     void LblRow_MouseDown(int index, int button, int shift, TimePoint now);
     // A popup item by its name (kPopupItems); "" or another name does nothing and keeps the marks.
     void popupItem_Click(std::string_view item, TimePoint now);
-    void QueryUnload();
-    void Unload();
-    // The port lost its line (it vanished, or would not take a write): told once; Wi-Fi and the
-    // tiles go on.
-    void onLineLost();
-
-    // Told when the window changed of itself (a lost line), for its view.
-    void setChangeObserver(std::function<void()> observer) { m_changeObserver = std::move(observer); }
-    bool closed() const { return m_closed; }
     // A tile counts as marked only with the text "True"; an empty Tag is no mark.
     bool marked(int target) const;
 
   private:
+    // Told once; Wi-Fi and the tiles go on.
+    void lineLost() override;
     void allTargets(wire::Action action, TimePoint now);
     void openPopup(TimePoint now);
     void clearMarks();
-    void flush();
     int tileCount() const { return static_cast<int>(m_view.tiles().size()); }
 
-    SharedState& m_state;
-    RangePort m_port;
-    Operator& m_operator;
-    PositionStore& m_positions;
-    RangeView m_view;
-    std::function<void()> m_changeObserver;
-    bool m_closed = false;
     bool m_lineLostTold = false;
 };
 

@@ -41,8 +41,17 @@ void RangePort::close() {
     if (m_port.isOpen()) m_port.close();
 }
 
-void RangePort::listen(std::function<void()> lost) {
-    m_port.listen({{}, [lost = std::move(lost)](const std::string&) { lost(); }});
+void RangePort::listen(std::function<void(std::string_view)> received, std::function<void()> lost) {
+    m_port.listen({std::move(received), [lost = std::move(lost)](const std::string&) { lost(); }});
+}
+
+void RangePort::dropInput() {
+    if (m_port.isOpen()) m_port.dropInput();
+}
+
+void RangePort::dropOutput() {
+    m_serialOut.clear();
+    if (m_port.isOpen()) m_port.dropOutput();
 }
 
 void RangePort::queue(const std::vector<Frame>& frames, TimePoint now) {

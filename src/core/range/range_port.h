@@ -37,9 +37,12 @@ class RangePort {
     bool isOpen() const { return m_port.isOpen(); }
     void close();
 
-    // `lost` hears the line vanish under the open port.
-    void listen(std::function<void()> lost);
+    // `received` hears the bytes that come, `lost` the line vanish under the open port.
+    void listen(std::function<void(std::string_view bytes)> received, std::function<void()> lost);
     void stopListening() { m_port.stopListening(); }
+    // Both do nothing on a closed port.
+    void dropInput();
+    void dropOutput();
 
     // Serial frames wait for flush(), so the frames of one command go back to back; Wi-Fi frames go
     // at once. Serial frames meet a closed port as nothing.

@@ -12,15 +12,13 @@ namespace halvane {
 frmRangeRunning::frmRangeRunning(SharedState& state, const ProgramGrid& grid, SerialPort& port,
                                  const PortNames& names, WifiSend wifi, Operator& op,
                                  PositionStore& positions)
-    : m_state(state),
-      m_grid(grid),
-      m_port(state, port, names, std::move(wifi), op),
-      m_operator(op),
-      m_positions(positions),
-      m_view(state, RangeWindowKind::Run) {}
+    : RangeWindow(state, port, names, std::move(wifi), op, positions, RangeWindowKind::Run, kPositionTag,
+                  {"Get Hit Scores", true, true, 960, 1440, 1575, 375},
+                  {"Clear Hit Scores", true, true, 4560, 1440, 1575, 375}),
+      m_grid(grid) {}
 
 void frmRangeRunning::Load() {
-    m_port.listen([this] { onLineLost(); });
+    listenToPort();
     BtnConnect.Enabled = m_state.RadioUSB || m_state.TypeVMR4000;
     placement.Tag = kPositionTag;
     RestoreWindowPos(placement, m_positions);
@@ -45,10 +43,7 @@ void frmRangeRunning::Resize(float widthTwips, float heightTwips) {
     }
     // The range's box follows the window, except after a failed Connect, until a later one succeeds.
     // (It follows from the first opening on, not only once a position has been stored.)
-    if (!PortError && heightTwips > 2000 && widthTwips > 150) {
-        picScrollBox.Height = heightTwips - 2500;
-        picScrollBox.Width = widthTwips - 150;
-    }
+    fitScrollBox(widthTwips, heightTwips);
 }
 
 void frmRangeRunning::BtnConnect_Click() {
@@ -64,10 +59,10 @@ void frmRangeRunning::BtnConnect_Click() {
         for (const auto& frame : lineControllerOpening(false)) m_port.queueSerial(frame);
     }
     BtnConnect.Caption = "Disconnect";
-    flushSerial();
+    flush();
 }
 
-void frmRangeRunning::onLineLost() {
+void frmRangeRunning::lineLost() {
     if (BtnConnect.Caption == "Connect") return;
     BtnConnect.Caption = "Connect";
     m_port.close();
@@ -75,7 +70,7 @@ void frmRangeRunning::onLineLost() {
     m_operator.critical(
         m_port.lostMessage("The run goes on without it; Connect again when the line is back."), kAppTitle);
     m_busy = wasBusy;
-    if (m_changeObserver) m_changeObserver();
+    changed();
 }
 
 void frmRangeRunning::BtnStart_Click(TimePoint now) {
@@ -114,23 +109,16 @@ void frmRangeRunning::BtnStop_Click() {
     Timer1Enabled = false;
 }
 
-void frmRangeRunning::QueryUnload() {
-    placement.Tag = kPositionTag;
-    SaveWindowPos(placement, m_positions);
-}
-
 void frmRangeRunning::Unload() {
-    // The targets stay as they are: nothing is sent on the way out.
     Timer1Enabled = false;
-    m_port.stopListening();
-    m_port.close();
+    RangeWindow::Unload();
 }
 
-std::optional<TimePoint> frmRangeRunning::nextDeadline() const {
+std::optional<TimePoint> frmRangeRunning::ownDeadline() const {
     return Timer1Enabled && !m_busy ? NextTick : std::nullopt;
 }
 
-void frmRangeRunning::onTime(TimePoint now) {
+void frmRangeRunning::ownTime(TimePoint now) {
     // A message box inside a step runs the event loop: the clock must not come back in meanwhile.
     if (m_busy) return;
     m_busy = true;
@@ -151,7 +139,7 @@ void frmRangeRunning::onTime(TimePoint now) {
                             kAppTitle);
     }
     m_busy = false;
-    if (m_steps != before && m_changeObserver) m_changeObserver();
+    if (m_steps != before) changed();
 }
 
 frmRangeRunning::RunState frmRangeRunning::runState() const {
@@ -182,7 +170,7 @@ void frmRangeRunning::targetSteps(TimePoint now) {
     for (int i = 1; i <= m_state.NumTargets; ++i) {
         const std::string& cell = m_grid.TextMatrix(CurRow, i);
         if (cell == "Pause") {
-            flushSerial();
+            flush();
             pauseSteps();
             return;
         }
@@ -191,7 +179,7 @@ void frmRangeRunning::targetSteps(TimePoint now) {
         send(*action, i, now);
         m_view.setFace(i, *action);
     }
-    flushSerial();
+    flush();
 }
 
 // Group steps only paint, and paint the tile the layout left in CurTile, once for every target of the
@@ -219,10 +207,6 @@ void frmRangeRunning::pauseSteps() {
 
 void frmRangeRunning::send(wire::Action action, int target, TimePoint now) {
     m_port.queue(targetActionFrames(action, target, Carriers::from(m_state), m_port.isOpen()), now);
-}
-
-void frmRangeRunning::flushSerial() {
-    if (!m_port.flush()) onLineLost();
 }
 
 }  // namespace halvane

@@ -17,23 +17,17 @@
 #include "authoring/control.h"
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
-#include "authoring/window.h"
-#include "authoring/window_position.h"
 #include "links/command_frames.h"
 #include "links/port_names.h"
 #include "links/serial_port.h"
-#include "links/timed_machine.h"
-#include "links/timed_read.h"
-#include "range/range_port.h"
-#include "range/range_view.h"
+#include "range/range_window.h"
 
 namespace halvane {
 
 class Operator;
 
-class frmRangeRunning : public Window, public TimedMachine {
+class frmRangeRunning : public RangeWindow {
   public:
-    using WifiSend = RangePort::WifiSend;
     static constexpr std::chrono::seconds kStep{1};
     static constexpr const char* kPositionTag = "Range Running";
 
@@ -50,20 +44,12 @@ class frmRangeRunning : public Window, public TimedMachine {
     Control lblPaused{"Paused", true, false, 3120, 1200, 855, 375};
     Control txtTimer{"", true, true, 2760, 1560, 495, 285};
     Control Label2{"Seconds", true, true, 3720, 1560, 1095, 375};
-    Control BtnGetHitScores{"Get Hit Scores", true, true, 960, 1440, 1575, 375};
-    Control BtnClearHitScores{"Clear Hit Scores", true, true, 4560, 1440, 1575, 375};
-    Control picScrollBox{"", true, true, 0, 2000, 0, 0};
     // txtTimer reads as a label (no border, the window's colour, locked) while a run holds it.
     bool txtTimerLocked = false;
     bool Timer1Enabled = false;
 
     std::int16_t CurRow = 0;
     std::optional<TimePoint> NextTick;
-    bool PortError = false;
-    WindowPlacement placement;
-
-    RangeView& view() { return m_view; }
-    const RangeView& view() const { return m_view; }
 
     // Events of the window.
     void Load();
@@ -71,46 +57,31 @@ class frmRangeRunning : public Window, public TimedMachine {
     void BtnConnect_Click();
     void BtnStart_Click(TimePoint now);
     void BtnStop_Click();
-    void BtnExit_Click() { m_closed = true; }
-    void QueryUnload();
-    void Unload();
-    // The window's port lost its line while connected (it vanished, or would not take a write): told
-    // once, and the window stands disconnected; the run goes on.
-    void onLineLost();
-
-    // The clock, for the driver: the steps that have fallen due by `now` run, in order.
-    std::optional<TimePoint> nextDeadline() const override;
-    void onTime(TimePoint now) override;
+    void Unload() override;
 
     // Where the run stands, as the state table names it, read from what the window shows.
     enum class RunState { Ready, Running, PausedByOperator, PausedByProgram, Stopped, Finished };
     RunState runState() const;
     // Told after every step, the last (which ends the run) and a Pause included.
     void setStepObserver(std::function<void()> observer) { m_stepObserver = std::move(observer); }
-    // Told when the window changed of itself (steps that fell due, a lost line), for its view.
-    void setChangeObserver(std::function<void()> observer) { m_changeObserver = std::move(observer); }
-
-    bool closed() const { return m_closed; }
     // Steps run since the window opened, for progress and tests.
     long stepsRun() const { return m_steps; }
 
   private:
+    // The clock: the steps that have fallen due by `now` run, in order.
+    std::optional<TimePoint> ownDeadline() const override;
+    void ownTime(TimePoint now) override;
+    // The port lost its line while connected: told once, and the window stands disconnected; the run
+    // goes on.
+    void lineLost() override;
     void RunStep(TimePoint now);
     void targetSteps(TimePoint now);
     void groupSteps();
     void pauseSteps();
     void send(wire::Action action, int target, TimePoint now);
-    void flushSerial();
 
-    SharedState& m_state;
     const ProgramGrid& m_grid;
-    RangePort m_port;
-    Operator& m_operator;
-    PositionStore& m_positions;
-    RangeView m_view;
     std::function<void()> m_stepObserver;
-    std::function<void()> m_changeObserver;
-    bool m_closed = false;
     bool m_busy = false;  // inside a step or a message of the window's own
     long m_steps = 0;
 };
