@@ -12,8 +12,10 @@
 #include "authoring/program_file.h"
 #include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
+#include "cli/options.h"
 #include "links/program_image.h"
 #include "links/serial_port.h"
+#include "text/wire_vocabulary.h"
 
 namespace halvane::cli {
 
@@ -60,9 +62,7 @@ int downloadCommand(const TransmitterOptions& options, SharedState& state);
 inline constexpr int kMaxRunSecond = 32765;
 struct RunOptions {
     int from = 0;                  // --from S
-    int port = 0;                  // --port N (0: ComPort of the configuration)
-    std::string device;            // --device PATH (over --port)
-    std::string wifi;              // --wifi HOST:PORT (else the configured address)
+    CarrierOptions carriers;       // --port N, --device PATH, --wifi HOST:PORT
     bool continueAtPause = false;  // --at-pause continue
 };
 std::optional<RunOptions> parseRunOptions(const std::vector<std::string>& args);
@@ -70,5 +70,19 @@ std::optional<RunOptions> parseRunOptions(const std::vector<std::string>& args);
 // exit 0, 1 when the Program or the port cannot be opened, 130 after SIGINT or SIGTERM. What the Wi-Fi
 // link has to tell goes to stderr, and the run goes on.
 int runCommand(const std::string& programFile, const RunOptions& options, SharedState& state);
+
+// What `live` commands, from the command line: the action word, then target numbers (none: all
+// targets) and the carrier options, in any order. Target numbers are kept as given, to be judged
+// against the range.
+struct LiveOptions {
+    wire::Action action = wire::Action::Down;
+    std::vector<int> targets;
+    CarrierOptions carriers;
+};
+std::optional<LiveOptions> parseLiveOptions(const std::vector<std::string>& args);
+// `live`: the live window's all-target button of the action, or its popup command for the targets.
+// Exit 0; 1 when the port cannot be opened or its line is lost; 2, with nothing sent, for a target
+// outside 1 to 200 or beyond the range's NumTargets; 130 after SIGINT or SIGTERM.
+int liveCommand(const LiveOptions& options, SharedState& state);
 
 }  // namespace halvane::cli

@@ -37,7 +37,15 @@ constexpr const char* kUsage =
     "                          step (the second shown), Paused at a Pause row (then exit 0, or go on\n"
     "                          with continue), Finished after the last row; exit 130 on SIGINT/SIGTERM.\n"
     "                          Frames go where hvn.cfg sends them: the serial radio or line controller,\n"
-    "                          and the Wi-Fi device at --wifi (else EthernetIP and EthernetPort)\n";
+    "                          and the Wi-Fi device at --wifi (else EthernetIP and EthernetPort)\n"
+    "  live friend|foe|edge|down [TARGET...] [--port N | --device PATH] [--wifi HOST:PORT]\n"
+    "                          command the targets as the live window does: with no TARGET, the\n"
+    "                          all-target button; else the popup command for those targets (ascending,\n"
+    "                          each once, whatever they show). The port opens as the window opens it;\n"
+    "                          Wi-Fi frames are seen out before the exit, and its troubles told as the\n"
+    "                          window tells them. Exit 0; 1 when the port cannot be opened or its line\n"
+    "                          is lost; 2, with nothing sent, for a TARGET outside 1..200 or beyond the\n"
+    "                          range's Targets in hvn.cfg\n";
 
 int usage() {
     std::cerr << kUsage;
@@ -107,6 +115,10 @@ int main(int argc, char** argv) {
     if (command == "run" && args.size() >= 2) {
         const auto options = cli::parseRunOptions({args.begin() + 2, args.end()});
         return options ? cli::runCommand(args[1], *options, state) : usage();
+    }
+    if (command == "live") {
+        const auto options = cli::parseLiveOptions({args.begin() + 1, args.end()});
+        return options ? cli::liveCommand(*options, state) : usage();
     }
     if (command == "download") {
         const auto options = cli::parseTransmitterOptions({args.begin() + 1, args.end()}, true);

@@ -33,4 +33,16 @@ bool portOption(const std::vector<std::string>& args, std::size_t& i, int& port,
     return true;
 }
 
+bool carrierOption(const std::vector<std::string>& args, std::size_t& i, CarrierOptions& options, bool& bad) {
+    if (portOption(args, i, options.port, options.device, bad)) return true;
+    if (args[i] != "--wifi" || i + 1 >= args.size()) return false;
+    options.wifi = args[++i];
+    const auto colon = options.wifi.rfind(':');
+    if (colon == std::string::npos || colon == 0 || !wholeNumber(options.wifi.substr(colon + 1))) {
+        std::cerr << "--wifi needs HOST:PORT\n";
+        bad = true;
+    }
+    return true;
+}
+
 }  // namespace halvane::cli

@@ -16,4 +16,14 @@ std::optional<int> wholeNumber(const std::string& text);
 bool portOption(const std::vector<std::string>& args, std::size_t& i, int& port, std::string& device,
                 bool& bad);
 
+// Where the commands that drive a range send their frames, over what the configuration says.
+struct CarrierOptions {
+    int port = 0;        // --port N (0: ComPort of the configuration)
+    std::string device;  // --device PATH (over --port)
+    std::string wifi;    // --wifi HOST:PORT (else EthernetIP and EthernetPort)
+};
+
+// `--port`, `--device` or `--wifi` at args[i], as portOption reads its two.
+bool carrierOption(const std::vector<std::string>& args, std::size_t& i, CarrierOptions& options, bool& bad);
+
 }  // namespace halvane::cli

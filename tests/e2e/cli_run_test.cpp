@@ -6,55 +6,12 @@
 
 #include <fstream>
 #include <map>
-#include <mutex>
-#include <thread>
 
 #include "e2e_support.h"
-#include "sim/devices.h"
-#include "sim/server/sim_server.h"
+#include "served_range.h"
 
 namespace halvane::e2e {
 namespace {
-
-// Simulated devices served on a thread of their own (serial lines unpaced), with every chunk the
-// console sent them and when.
-class Served {
-  public:
-    Served() : m_server(sim::SimServer::Options{false, {}}) {
-        m_server.setLog([this](const sim::LogEntry& entry) {
-            if (entry.kind != sim::LogEntry::Kind::ToDevice) return;
-            std::lock_guard lock(m_mutex);
-            m_chunks.push_back(entry);
-        });
-    }
-    ~Served() {
-        m_server.stop();
-        if (m_serving.joinable()) m_serving.join();
-    }
-    // The radio on a pty, and its path.
-    std::string radio() {
-        const auto path = m_server.addPty("radio", sim::makeRadioModem(m_range, {}));
-        m_serving = std::thread([this] { m_server.run(); });
-        return path;
-    }
-    // The Wi-Fi device on loopback, and its port.
-    std::uint16_t wifi(sim::Faults faults) {
-        const auto port = m_server.listenTcp([this, faults] { return sim::makeWifiBridge(m_range, faults); });
-        m_serving = std::thread([this] { m_server.run(); });
-        return port;
-    }
-    std::vector<sim::LogEntry> chunks() {
-        std::lock_guard lock(m_mutex);
-        return m_chunks;
-    }
-
-  private:
-    sim::Range m_range{2};
-    sim::SimServer m_server;
-    std::mutex m_mutex;
-    std::vector<sim::LogEntry> m_chunks;
-    std::thread m_serving;
-};
 
 // A configuration for two targets with `settings`, and a Program of rows of two cells; the row after
 // them, the last second, is empty, as a Program file leaves it.
@@ -90,9 +47,7 @@ TEST(CliRun, PlaysEachSecondOnTheLineGoesOnPastAPauseAndFinishes) {
 
     // Frames only where a face changes: seconds 0, 2 (the run goes on one second after the Pause), 3.
     const auto chunks = radio.chunks();
-    std::string bytes;
-    for (const auto& chunk : chunks) bytes += chunk.bytes;
-    EXPECT_EQ(bytes, "\xF3\x01\xF1\x01\xF2\x02\xF0\x01\xF0\x02");
+    EXPECT_EQ(radio.bytes(), "\xF3\x01\xF1\x01\xF2\x02\xF0\x01\xF0\x02");
     ASSERT_EQ(chunks.size(), 3u);
     const std::vector<int> seconds = {0, 2, 3};
     for (std::size_t i = 1; i < chunks.size(); ++i) {
