@@ -18,7 +18,7 @@
 #include "platform/qt_operator.h"
 #include "platform/settings_position_store.h"
 #include "simulation/example_program.h"
-#include "simulation/range_window.h"
+#include "simulation/simulated_range_window.h"
 #include "simulation/simulated_range.h"
 
 using namespace halvane;
@@ -83,9 +83,9 @@ int main(int argc, char** argv) {
         window.refresh();
     }
     window.show();
-    std::unique_ptr<app::RangeWindow> rangeWindow;
+    std::unique_ptr<app::SimulatedRangeWindow> rangeWindow;
     if (simulation) {
-        rangeWindow = std::make_unique<app::RangeWindow>(*simulation);
+        rangeWindow = std::make_unique<app::SimulatedRangeWindow>(*simulation);
         // Beside the main window, as far as the screen allows.
         const QRect screen = window.screen()->availableGeometry();
         const int x = std::min(window.frameGeometry().right() + 12, screen.right() - rangeWindow->width());

@@ -11,6 +11,7 @@
 
 #include "../core/scripted_operator.h"
 #include "../e2e/pty.h"
+#include "authoring/program_grid.h"
 #include "authoring/shared_state.h"
 #include "links/com_port.h"
 #include "links/transmitter_send.h"
@@ -20,7 +21,10 @@
 #include "platform/guarded_application.h"
 #include "platform/qt_serial_port.h"
 #include "platform/qt_tcp_socket.h"
-#include "simulation/range_window.h"
+#include "range/live_mode.h"
+#include "range/range_running.h"
+#include "sim/devices.h"
+#include "simulation/simulated_range_window.h"
 #include "simulation/simulated_range.h"
 #include "transmitter_dialogs.h"
 
@@ -169,7 +173,7 @@ class LinksEndToEndTest : public QObject {
     }
 
     void rangeWindowRegistersAHitOnTheClickedTarget() {
-        app::RangeWindow window(sim);
+        app::SimulatedRangeWindow window(sim);
         const int before = sim.range().snapshot()[5].hits;
         QTest::mouseClick(window.tile(5), Qt::LeftButton);
         QCOMPARE(sim.range().snapshot()[5].hits, before + 1);
@@ -201,6 +205,90 @@ class LinksEndToEndTest : public QObject {
         console.link.EthernetCommand(std::string("\0\xF3\x02", 3), Clock::now());
         QTRY_COMPARE_WITH_TIMEOUT(device.received, QByteArray("\0\xF3\x02", 3), 3000);
         QCOMPARE(device.peers.size(), 2);
+    }
+};
+
+// A poll of hit scores through the live and the run window, on the console's own port adapters and
+// clock, against a simulated range of 20 targets on a pseudo-terminal and on loopback TCP.
+class HitScoresEndToEndTest : public QObject {
+    Q_OBJECT
+
+    static constexpr int kTargets = 20;
+    static int hitsOf(int target) { return (target * 7) % 5; }
+
+    sim::Range range{kTargets};
+    sim::SimServer server{sim::SimServer::Options{false, {}}};
+    std::thread serving;
+    std::uint16_t wifiPort = 0;
+    SharedState state;
+    PortNames names;
+    ScriptedOperator op;
+    testing::MemoryPositionStore positions;
+    app::QtSerialPort port;
+
+    // Polls through the loaded `window` on the application's clock, then reads every tile's hit caption.
+    QStringList poll(RangeWindow& window, WifiLink* wifi = nullptr) {
+        if (wifi) wifi->setReceiver([&window](std::string_view chunk) { window.onSocketData(chunk); });
+        auto& clock = app::GuardedApplication::instance()->deadlines();
+        clock.add(window);
+        window.BtnGetHitScores_Click(Clock::now());
+        QStringList shown;
+        if (QTest::qWaitFor([&] { return !window.polling(); }, 20000))
+            for (const auto& tile : window.view().tiles()) shown << QString::fromStdString(*tile.hitsText);
+        clock.remove(window);
+        if (wifi) wifi->setReceiver({});
+        window.Unload();
+        return shown;
+    }
+    QStringList expected() const {
+        QStringList hits;
+        for (int t = 1; t <= kTargets; ++t) hits << QString("Hits: %1").arg(hitsOf(t));
+        return hits;
+    }
+
+  private slots:
+    void initTestCase() {
+        for (int t = 1; t <= kTargets; ++t)
+            for (int h = 0; h < hitsOf(t); ++h) range.addHit(t);
+        names.setDevice(1, server.addPty("radio", sim::makeRadioModem(range, {})));
+        wifiPort = server.listenTcp([this] { return sim::makeWifiBridge(range, {}); });
+        serving = std::thread([this] { server.run(); });
+        state.TypeLMSeries = true;
+        state.NumTargets = kTargets;
+        state.NumCols = 10;
+        state.StartBottom = false;
+    }
+    void cleanupTestCase() {
+        server.stop();
+        serving.join();
+    }
+
+    void eachWindowShowsEveryTargetsCountOnItsTile() {
+        state.RadioUSB = true;
+        frmLiveMode live(state, port, names, nullptr, op, positions);
+        live.Load();
+        QCOMPARE(poll(live), expected());
+
+        state.ReplyHex.fill("");
+        const ProgramGrid grid;
+        frmRangeRunning run(state, grid, port, names, nullptr, op, positions);
+        run.Load();
+        run.BtnConnect_Click();
+        QCOMPARE(poll(run), expected());
+
+        state.RadioUSB = false;
+        state.RadioWiFi = true;
+        state.ReplyHex.fill("");
+        ConsoleWifi wifi(std::to_string(wifiPort));
+        frmLiveMode overWifi(
+            state, port, names,
+            [&wifi](std::string_view frame, TimePoint now) { wifi.link.EthernetCommand(frame, now); }, op,
+            positions);
+        overWifi.setWifiWaiting([&wifi] { return wifi.link.framesWaiting(); });
+        overWifi.Load();
+        QCOMPARE(poll(overWifi, &wifi.link), expected());
+        QCOMPARE(op.log, std::vector<std::string>{});
+        state.RadioWiFi = false;
     }
 };
 
@@ -261,8 +349,9 @@ int main(int argc, char** argv) {
     SerialPortViewTest serialPort;
     LinksEndToEndTest links;
     DeadlineTimerTest deadlines;
+    HitScoresEndToEndTest hitScores;
     int failed = 0;
-    for (QObject* test : std::initializer_list<QObject*>{&serialPort, &links, &deadlines})
+    for (QObject* test : std::initializer_list<QObject*>{&serialPort, &links, &deadlines, &hitScores})
         failed += QTest::qExec(test, argc, argv);
     return failed;
 }

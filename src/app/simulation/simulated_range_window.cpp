@@ -1,4 +1,4 @@
-#include "simulation/range_window.h"
+#include "simulation/simulated_range_window.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -41,7 +41,7 @@ const char* faceWord(sim::Face face) {
 }
 }  // namespace
 
-RangeWindow::RangeWindow(SimulatedRange& range, QWidget* parent)
+SimulatedRangeWindow::SimulatedRangeWindow(SimulatedRange& range, QWidget* parent)
     : QWidget(parent, Qt::Window), m_range(range) {
     setWindowTitle("Simulated range");
     setObjectName("SimulatedRange");
@@ -74,13 +74,13 @@ RangeWindow::RangeWindow(SimulatedRange& range, QWidget* parent)
     layout->addWidget(m_log, 1);
     connect(&range, &SimulatedRange::logged, this,
             [this](const QString& line) { m_log->appendPlainText(line); });
-    connect(&m_timer, &QTimer::timeout, this, &RangeWindow::refresh);
+    connect(&m_timer, &QTimer::timeout, this, &SimulatedRangeWindow::refresh);
     m_timer.start(100);
     resize(520, 640);
     refresh();
 }
 
-void RangeWindow::refresh() {
+void SimulatedRangeWindow::refresh() {
     const auto targets = m_range.range().snapshot();
     for (std::size_t i = 0; i < targets.size() && i < m_tiles.size(); ++i) {
         const auto& t = targets[i];
@@ -93,7 +93,7 @@ void RangeWindow::refresh() {
     }
 }
 
-QString RangeWindow::logText() const {
+QString SimulatedRangeWindow::logText() const {
     return m_log->toPlainText();
 }
 

@@ -13,10 +13,10 @@ namespace halvane::app {
 
 class SimulatedRange;
 
-class RangeWindow : public QWidget {
+class SimulatedRangeWindow : public QWidget {
     Q_OBJECT
   public:
-    explicit RangeWindow(SimulatedRange& range, QWidget* parent = nullptr);
+    explicit SimulatedRangeWindow(SimulatedRange& range, QWidget* parent = nullptr);
 
     // Reads the targets again; also called by the window's own timer.
     void refresh();
