@@ -6,7 +6,9 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
@@ -704,6 +706,70 @@ class RangeRunningViewTest : public QObject {
     }
 };
 
+// The live window as the operator meets it: Live Mode opens it with its port, clicks on tiles with Ctrl
+// build the set that the popup's command reaches, and a poll of hit scores shows its progress and stops
+// on Esc; a second Esc leaves.
+class LiveModeViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void clicksMarkThePopupCommandsAndEscStopsAPollThenLeaves() {
+        SharedState state;
+        state.NumTargets = 5;
+        state.StartBottom = false;
+        state.RadioUSB = true;
+        state.TypeLMSeries = true;
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        PullablePort* port = nullptr;
+        form.attachLinks(nullptr, nullptr, [&port] {
+            auto made = std::make_unique<PullablePort>();
+            made->present.insert(PortNames::defaultDevice(1));
+            port = made.get();
+            return made;
+        });
+        form.Load();
+
+        std::string commanded;
+        QString progress, title;
+        bool stayedAfterEsc = false, pollStopped = false, closedOnEsc = false;
+        whenModal([&](QWidget* window) {
+            title = window->windowTitle();
+            auto* range = window->findChild<app::RangeViewWidget*>();
+            QWidget* pic = range->picMain();
+            QTest::mouseClick(pic, Qt::LeftButton, Qt::ControlModifier, range->pictureRect(4).center());
+            QTest::mouseClick(pic, Qt::LeftButton, Qt::ControlModifier, range->pictureRect(2).center());
+            // The right button opens the popup on the set, Ctrl keeping the marks made so far.
+            QTimer::singleShot(50, [] {
+                auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+                if (!menu) return;
+                for (QAction* action : menu->actions())
+                    if (action->objectName() == "M_Foe") menu->setActiveAction(action);
+                QTest::keyClick(menu, Qt::Key_Return);
+            });
+            QTest::mouseClick(pic, Qt::RightButton, Qt::ControlModifier, range->pictureRect(3).center());
+            commanded = std::exchange(port->written, {});
+
+            button(window, "BtnGetHitScores")->click();
+            auto* label = window->findChild<QLabel*>("pollProgress");
+            progress = label->isVisible() ? label->text() : QString();
+            QTest::keyClick(window, Qt::Key_Escape);
+            stayedAfterEsc = window->isVisible();
+            pollStopped = !label->isVisible();
+            QTest::keyClick(window, Qt::Key_Escape);
+            closedOnEsc = !window->isVisible() && !port->isOpen();
+        });
+        form.run("M_LiveMode");
+
+        QCOMPARE(title, QString("Live Mode"));
+        QCOMPARE(QByteArray::fromStdString(commanded).toHex(' '), QByteArray("f2 02 f2 03 f2 04"));
+        QCOMPARE(progress, QString("Reading hit scores: target 1 of 5 (Esc stops)"));
+        QVERIFY(stayedAfterEsc && pollStopped && closedOnEsc);
+        QVERIFY(!positions.GetAllSettings(kPositionAppName, "Live Mode").empty());
+    }
+};
+
 // One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
@@ -716,9 +782,10 @@ int main(int argc, char** argv) {
     WindowRegistryTest registry;
     ExceptionGuardTest guard;
     RangeRunningViewTest run;
+    LiveModeViewTest live;
     int failed = 0;
     for (QObject* test : std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example,
-                                                         &rangeView, &registry, &guard, &run}) {
+                                                         &rangeView, &registry, &guard, &run, &live}) {
         failed += QTest::qExec(test, argc, argv);
         // Closing the main window ends the application's event loop, and a loop ended so refuses to run
         // again, the modal dialogs' of the next test too, until the application's own loop has run once.
