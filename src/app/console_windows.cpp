@@ -11,7 +11,9 @@
 #include "links/transmitter_windows.h"
 #include "platform/window_registry.h"
 #include "program_setup_dialog.h"
+#include "range/range_display.h"
 #include "range/range_running.h"
+#include "range_display_view.h"
 #include "range_running_view.h"
 #include "setup_dialog_view.h"
 #include "transmitter_dialogs.h"
@@ -30,6 +32,7 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
         return std::make_unique<ProgressView>(model, op, parent);
     });
     registry.add<frmRangeRunning, RangeRunningView>();
+    registry.add<RangeDisplay, RangeDisplayView>();
     registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
 }
 

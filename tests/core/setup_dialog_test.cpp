@@ -146,5 +146,30 @@ TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {
     EXPECT_EQ(form.Tag, "False");
 }
 
+TEST_F(SetupDialog, OkWithLmSeriesGoesOnToTheRangeLayoutWithItsTilesBuilt) {
+    const struct {
+        bool ok, lm;
+        bool layout;
+    } cases[] = {{true, true, true}, {true, false, false}, {false, true, false}};
+    for (const auto& c : cases) {
+        op.log.clear();
+        op.script<frmDisplay>([c](frmDisplay& d) {
+            d.OptLM_Series = c.lm;
+            c.ok ? d.OKButton() : d.CancelButton();
+        });
+        if (c.layout)
+            op.script<RangeDisplay>([this](RangeDisplay& w) {
+                op.popupChoices = {"M_SN"};
+                op.inputs = {"4242"};
+                w.PicTarget_MouseDown(3, RangeDisplay::kLeftButton);
+                w.OKButton_Click();
+            });
+        form.M_TargetSetup();
+        EXPECT_EQ(op.log.size() > 1 && op.log[1] == "show: Range", c.layout) << c.ok << c.lm;
+    }
+    EXPECT_EQ(state.SerialNum[3], 4242);
+    EXPECT_NE(readBytes(dir.file("hvn.cfg")).find("[Serial Num]\r\n 3= 4242\r\n"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace halvane
