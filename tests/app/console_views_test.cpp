@@ -6,7 +6,9 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
@@ -36,6 +38,7 @@
 #include "platform/twips.h"
 #include "program_setup_dialog.h"
 #include "program_table_view.h"
+#include "range_display_view.h"
 #include "range_view_widget.h"
 #include "setup_dialog_view.h"
 #include "simulation/example_program.h"
@@ -693,6 +696,81 @@ class RangeRunningViewTest : public QObject {
     }
 };
 
+namespace {
+
+// Runs `step` on the next popup menu or modal window of type W, once it is up.
+template <class W>
+void whenUp(std::function<void(W*)> step) {
+    auto* poll = new QTimer;
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, step] {
+        QWidget* up = QApplication::activePopupWidget();
+        if (!up) up = QApplication::activeModalWidget();
+        if (auto* window = qobject_cast<W*>(up)) {
+            poll->deleteLater();
+            step(window);
+        }
+    });
+    poll->start(5);
+}
+
+}  // namespace
+
+// The range layout window as the operator meets it: OK in Setup with LM Series opens it, and a left
+// click on a tile, the popup and the input box put a serial number on the tile and into hvn.cfg.
+class RangeDisplayViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void setupOpensTheLayoutWhereAClickedTileTakesItsSerialNumber() {
+        halvane::testing::TempDir dir;
+        SharedState state;
+        state.NumTargets = 3;
+        state.NumCols = 3;
+        state.StartBottom = false;
+        state.TypeLMSeries = true;
+        state.ConfigFile = dir.file("hvn.cfg");
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        form.Load();
+
+        QStringList offered;
+        QString box;
+        bool captionChanged = false;
+        whenUp<QDialog>([&](QDialog* setup) {
+            whenUp<app::RangeDisplayView>([&](app::RangeDisplayView* layout) {
+                auto* range = layout->findChild<app::RangeViewWidget*>();
+                QWidget* pic = range->picMain();
+                const QImage before = pic->grab(range->tileBounds(2)).toImage();
+                whenUp<QMenu>([&](QMenu* menu) {
+                    for (QAction* a : menu->actions()) offered << a->objectName() + " " + a->text();
+                    whenUp<QInputDialog>([&](QInputDialog* input) {
+                        box = input->windowTitle() + ": " + input->labelText() + " [" + input->textValue() +
+                              "]";
+                        input->setTextValue("777");
+                        input->accept();
+                    });
+                    menu->setActiveAction(menu->actions().value(0));
+                    QTest::keyClick(menu, Qt::Key_Return);
+                });
+                QTest::mouseClick(pic, Qt::RightButton, {}, range->pictureRect(2).center());  // nothing
+                QTest::mouseClick(pic, Qt::LeftButton, {}, range->pictureRect(2).center());
+                captionChanged = pic->grab(range->tileBounds(2)).toImage() != before;
+                button(layout, "OKButton")->click();
+            });
+            button(setup, "OKButton")->click();
+        });
+        form.run("M_TargetSetup");
+
+        QCOMPARE(offered, QStringList{"M_SN Change Serial #"});
+        QCOMPARE(box, QString("Serial Number: Enter Serial Number [0]"));
+        QVERIFY(captionChanged);
+        QCOMPARE(state.SerialNum[2], 777);
+        QVERIFY(halvane::testing::readBytes(dir / "hvn.cfg").find("[Serial Num]\r\n 2= 777\r\n") !=
+                std::string::npos);
+    }
+};
+
 // One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
@@ -705,9 +783,10 @@ int main(int argc, char** argv) {
     WindowRegistryTest registry;
     ExceptionGuardTest guard;
     RangeRunningViewTest run;
+    RangeDisplayViewTest layout;
     int failed = 0;
     for (QObject* test : std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example,
-                                                         &rangeView, &registry, &guard, &run}) {
+                                                         &rangeView, &registry, &guard, &run, &layout}) {
         failed += QTest::qExec(test, argc, argv);
         // Closing the main window ends the application's event loop, and a loop ended so refuses to run
         // again, the modal dialogs' of the next test too, until the application's own loop has run once.
