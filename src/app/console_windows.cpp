@@ -13,7 +13,9 @@
 #include "platform/window_registry.h"
 #include "program_setup_dialog.h"
 #include "range/live_mode.h"
+#include "range/range_display.h"
 #include "range/range_running.h"
+#include "range_display_view.h"
 #include "range_running_view.h"
 #include "setup_dialog_view.h"
 #include "transmitter_dialogs.h"
@@ -33,6 +35,7 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
     });
     registry.add<frmRangeRunning, RangeRunningView>();
     registry.add<frmLiveMode, LiveModeView>();
+    registry.add<RangeDisplay, RangeDisplayView>();
     registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
 }
 

@@ -13,6 +13,10 @@ class ConsoleOperator : public Operator {
 
     void tell(const std::string& text, const std::string& title) override;
     Answer ask(const std::string& text, const std::string& title, Buttons buttons) override;
+    // Nobody types on the command line: every input box is cancelled.
+    std::optional<std::string> inputBox(const std::string&, const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
     std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup&) override { return std::nullopt; }
     std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup&) override { return std::nullopt; }
     void openDocument(const std::string&) override {}

@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QHeaderView>
+#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -38,6 +39,8 @@
 #include "platform/twips.h"
 #include "program_setup_dialog.h"
 #include "program_table_view.h"
+#include "range/range_display.h"
+#include "range_display_view.h"
 #include "range_view_widget.h"
 #include "setup_dialog_view.h"
 #include "simulation/example_program.h"
@@ -770,6 +773,59 @@ class LiveModeViewTest : public QObject {
     }
 };
 
+// Runs `step` on the next popup menu or modal window of type W, once it is up.
+template <class W>
+static void whenUp(std::function<void(W*)> step) {
+    auto* poll = new QTimer;
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, step] {
+        QWidget* up = QApplication::activePopupWidget() ? QApplication::activePopupWidget()
+                                                        : QApplication::activeModalWidget();
+        if (auto* window = qobject_cast<W*>(up)) step(window), poll->deleteLater();
+    });
+    poll->start(5);
+}
+
+// The range layout window: a left click on a tile, the popup and the input box put a serial number
+// on the tile at once and into hvn.cfg.
+class RangeDisplayViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void aClickedTileTakesItsSerialNumberThroughThePopupAndTheInputBox() {
+        halvane::testing::TempDir dir;
+        SharedState state;
+        state.NumTargets = 3;
+        state.TypeLMSeries = true;
+        state.ConfigFile = dir.file("hvn.cfg");
+        app::QtOperator op;
+        RangeDisplay model(state, op);
+        model.Load();
+        QString box;
+        bool redrawn = false;
+        whenUp<app::RangeDisplayView>([&](app::RangeDisplayView* window) {
+            auto* range = window->findChild<app::RangeViewWidget*>();
+            const QImage before = range->picMain()->grab(range->tileBounds(2)).toImage();
+            whenUp<QMenu>([&](QMenu* menu) {
+                whenUp<QInputDialog>([&](QInputDialog* input) {
+                    box = input->windowTitle() + ": " + input->labelText() + " [" + input->textValue() + "]";
+                    input->setTextValue("777");
+                    input->accept();
+                });
+                menu->setActiveAction(menu->actions().value(0));
+                QTest::keyClick(menu, Qt::Key_Return);
+            });
+            QTest::mouseClick(range->picMain(), Qt::LeftButton, {}, range->pictureRect(2).center());
+            redrawn = range->picMain()->grab(range->tileBounds(2)).toImage() != before;
+            button(window, "OKButton")->click();
+        });
+        op.show(model);
+
+        QCOMPARE(box, QString("Serial Number: Enter Serial Number [0]"));
+        QVERIFY(redrawn && model.view().tiles()[1].serialText == "SN 777");
+        QCOMPARE(halvane::testing::readBytes(dir / "hvn.cfg"), std::string("[Serial Num]\r\n 2= 777\r\n"));
+    }
+};
+
 // One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
@@ -783,12 +839,15 @@ int main(int argc, char** argv) {
     ExceptionGuardTest guard;
     RangeRunningViewTest run;
     LiveModeViewTest live;
+    RangeDisplayViewTest layout;
     int failed = 0;
-    for (QObject* test : std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example,
-                                                         &rangeView, &registry, &guard, &run, &live}) {
+    for (QObject* test :
+         std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example, &rangeView, &registry,
+                                         &guard, &run, &live, &layout}) {
         failed += QTest::qExec(test, argc, argv);
-        // Closing the main window ends the application's event loop, and a loop ended so refuses to run
-        // again, the modal dialogs' of the next test too, until the application's own loop has run once.
+        // Closing the main window ends the application's event loop, and a loop ended so refuses to
+        // run again, the modal dialogs' of the next test too, until the application's own loop has
+        // run once.
         QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
         QCoreApplication::exec();
     }

@@ -18,6 +18,7 @@
 #include "console/setup_dialog.h"
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"
+#include "range/range_display.h"
 
 namespace halvane::testing {
 
@@ -26,6 +27,7 @@ class ScriptedOperator : public Operator {
     std::vector<std::string> log;  // "tell: title: text", "ask: title: text", "save dialog: filter #index"
     std::deque<Answer> answers;
     std::deque<std::optional<ChosenFile>> files;
+    std::deque<std::optional<std::string>> inputs;
     std::vector<std::string> opened;
 
     void tell(const std::string& text, const std::string& title) override {
@@ -34,6 +36,12 @@ class ScriptedOperator : public Operator {
     Answer ask(const std::string& text, const std::string& title, Buttons) override {
         log.push_back("ask: " + title + ": " + text);
         return next(answers, "unexpected question: " + text);
+    }
+    // Logged as "input: title: prompt [default]"; nothing in `inputs` stands for Cancel.
+    std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
+                                        const std::string& defaultText) override {
+        log.push_back("input: " + title + ": " + prompt + " [" + defaultText + "]");
+        return next(inputs, "unexpected input box: " + prompt);
     }
     std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) override {
         return choose("open dialog: ", setup);
@@ -84,6 +92,7 @@ class ScriptedOperator : public Operator {
         knows<ProgressWindow>([](ProgressWindow& w) { return w.Caption; });
         knows<FailedBox>([](FailedBox&) { return std::string(FailedBox::Caption); }, false);
         knows<frmEthernetSetup>([](frmEthernetSetup&) { return std::string(frmEthernetSetup::Caption); });
+        knows<RangeDisplay>([](RangeDisplay&) { return std::string(RangeDisplay::Caption); });
     }
 
   private:

@@ -130,7 +130,7 @@ TEST_F(SetupDialog, SwitchingModeUnderAChangedProgramAsks) {
     EXPECT_TRUE(form.item("M_Run").enabled) << "this path leaves the Program's menus enabled";
 }
 
-TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {
+TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancelAndOkWithLmSeriesOpensTheLayout) {
     state.RadioLMC = true;
     form.applyVisibility(false);
     op.script<frmDisplay>([](frmDisplay& d) {
@@ -139,11 +139,20 @@ TEST_F(SetupDialog, TheMenuCommandRunsTheVisibilityRulesAfterOkAndCancel) {
     });
     form.M_TargetSetup();
     EXPECT_FALSE(form.item("M_Target").visible);
-    state.RadioLMC = true;
+    state.RadioLMC = state.TypeLMSeries = true;
     op.script<frmDisplay>([](frmDisplay& d) { d.CancelButton(); });
-    form.M_TargetSetup();
+    form.M_TargetSetup();  // no range layout after Cancel, even with LM Series
     EXPECT_TRUE(form.item("M_Target").visible);
     EXPECT_EQ(form.Tag, "False");
+    // OK with LM Series goes on to the range layout, its tiles built.
+    op.script<frmDisplay>([](frmDisplay& d) { d.OKButton(); });
+    op.script<RangeDisplay>([this](RangeDisplay& w) {
+        op.popupChoices = {"M_SN"};
+        op.inputs = {"4242"};
+        w.PicTarget_MouseDown(3, RangeDisplay::kLeftButton);
+    });
+    form.M_TargetSetup();
+    EXPECT_EQ(state.SerialNum[3], 4242);
 }
 
 }  // namespace

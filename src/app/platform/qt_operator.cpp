@@ -6,6 +6,7 @@
 #include <QDialog>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
 #include <QUrl>
@@ -46,6 +47,19 @@ Answer QtOperator::ask(const std::string& text, const std::string& title, Button
         default:
             return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
     }
+}
+
+std::optional<std::string> QtOperator::inputBox(const std::string& prompt, const std::string& title,
+                                                const std::string& defaultText) {
+    // Over the window in front, which is where the operator clicked to ask for it.
+    QWidget* over = QApplication::activeWindow() ? QApplication::activeWindow() : m_parent.data();
+    QInputDialog box(over);
+    box.setObjectName("InputBox");
+    box.setWindowTitle(QString::fromStdString(title));
+    box.setLabelText(QString::fromStdString(prompt));
+    box.setTextValue(QString::fromStdString(defaultText));
+    if (box.exec() != QDialog::Accepted) return std::nullopt;
+    return box.textValue().toStdString();
 }
 
 std::optional<ChosenFile> QtOperator::chooseFile(const FileDialogSetup& setup, bool save) {

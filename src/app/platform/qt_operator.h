@@ -27,6 +27,8 @@ class QtOperator : public Operator {
     void tell(const std::string& text, const std::string& title) override;
     void critical(const std::string& text, const std::string& title) override;
     Answer ask(const std::string& text, const std::string& title, Buttons buttons) override;
+    std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
+                                        const std::string& defaultText) override;
     std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) override;
     std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup& setup) override;
     void openDocument(const std::string& path) override;

@@ -41,6 +41,9 @@ class Operator {
     // A message box with the critical icon: a device or link failed.
     virtual void critical(const std::string& text, const std::string& title) { tell(text, title); }
     virtual Answer ask(const std::string& text, const std::string& title, Buttons buttons) = 0;
+    // An input box: a prompt, one line to type into, OK and Cancel. Nothing when the operator cancels.
+    virtual std::optional<std::string> inputBox(const std::string& prompt, const std::string& title,
+                                                const std::string& defaultText) = 0;
     // Nothing when the operator cancels the dialog.
     virtual std::optional<ChosenFile> chooseOpenFile(const FileDialogSetup& setup) = 0;
     virtual std::optional<ChosenFile> chooseSaveFile(const FileDialogSetup& setup) = 0;

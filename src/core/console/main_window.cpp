@@ -11,6 +11,7 @@
 #include "console/setup_dialog.h"
 #include "links/ethernet_setup.h"
 #include "links/wifi_link.h"
+#include "range/range_display.h"
 #include "text/fault.h"
 
 namespace halvane {
@@ -405,7 +406,13 @@ std::vector<PopupItem> Form1::popupItems(std::string_view menu) const {
 void Form1::M_TargetSetup() {
     frmDisplay dialog(*this);
     m_operator.show(dialog);
-    // With "True" and LM Series the range layout window follows here, once the range view exists.
+    // With LM Series targets, a confirmed setup goes on to which target stands on which tile.
+    if (Tag == "True" && m_state.TypeLMSeries) {
+        RangeDisplay layout(m_state, m_operator);
+        layout.Load();
+        m_operator.show(layout);
+        layout.Unload();
+    }
     applyVisibility(true);
     gridReshaped();
 }

@@ -132,11 +132,14 @@ void RangeView::buildTile(int target) {
     t.face = wire::Action::Down;
     const float captionLeft = m_x - m_pitch.captionsLeftOf;
     t.numberCaption = {captionLeft, m_y - m_pitch.numberAbove};
-    t.numberText = m_state.UseGroups ? "Group " + std::to_string(m_state.GroupNum[target])
-                                     : "Target " + std::to_string(target);
+    if (m_state.UseGroups)
+        DrawGroupCaption();
+    else
+        DrawTargetCaption();
     if (m_state.TypeLMSeries) {
         t.serialCaption = {captionLeft, m_y + m_pitch.serialBelow};
-        t.serialText = "SN " + std::to_string(m_state.SerialNum[target]);
+        t.serialText = "";
+        DrawSerialCaption();
         if (m_kind != RangeWindowKind::Layout && !m_state.UseGroups) {
             t.hitsCaption = {captionLeft, m_y + m_pitch.hitsBelow};
             t.hitsText = "";
@@ -234,6 +237,25 @@ void RangeView::setMark(int target, const std::string& tag, int borderStyle) {
     t.Tag = tag;
     t.BorderStyle = borderStyle;
     changed(target);
+}
+
+void RangeView::DrawTargetCaption() {
+    tileOf(CurTile).numberText = "Target " + std::to_string(CurTile);
+    changed(CurTile);
+}
+
+void RangeView::DrawGroupCaption() {
+    tileOf(CurTile).numberText =
+        "Group " + std::to_string(m_state.GroupNum[static_cast<std::size_t>(CurTile)]);
+    changed(CurTile);
+}
+
+void RangeView::DrawSerialCaption() {
+    RangeTile& t = tileOf(CurTile);
+    if (!t.serialText)
+        throw Fault("Target " + std::to_string(CurTile) + " has no serial number on this range view.");
+    t.serialText = "SN " + std::to_string(m_state.SerialNum[static_cast<std::size_t>(CurTile)]);
+    changed(CurTile);
 }
 
 void RangeView::DrawHitsZero() {

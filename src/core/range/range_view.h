@@ -69,6 +69,11 @@ class RangeView {
     void setFace(int target, wire::Action face);
     void setMark(int target, const std::string& tag, int borderStyle);
 
+    // The captions of CurTile from the shared state: "Target 7", "Group 2", "SN 100007". The serial
+    // caption exists only on a range built with TypeLMSeries.
+    void DrawTargetCaption();
+    void DrawGroupCaption();
+    void DrawSerialCaption();
     // Hit captions of CurTile from ReplyHex: an empty score reads "0", or stays empty.
     void DrawHitsZero();
     void DrawHitsRaw();
