@@ -24,8 +24,8 @@
 #include "range/live_mode.h"
 #include "range/range_running.h"
 #include "sim/devices.h"
-#include "simulation/simulated_range_window.h"
 #include "simulation/simulated_range.h"
+#include "simulation/simulated_range_window.h"
 #include "transmitter_dialogs.h"
 
 using namespace halvane;
@@ -284,10 +284,30 @@ class HitScoresEndToEndTest : public QObject {
             state, port, names,
             [&wifi](std::string_view frame, TimePoint now) { wifi.link.EthernetCommand(frame, now); }, op,
             positions);
-        overWifi.setWifiWaiting([&wifi] { return wifi.link.framesWaiting(); });
+        overWifi.setWifiLink(&wifi.link);
         overWifi.Load();
         QCOMPARE(poll(overWifi, &wifi.link), expected());
         QCOMPARE(op.log, std::vector<std::string>{});
+        state.RadioWiFi = false;
+    }
+
+    void aWifiLinkThatCannotConnectEndsThePollWithOneMessage() {
+        state.RadioWiFi = true;
+        state.ReplyHex.fill("");
+        ConsoleWifi nowhere("1");  // nothing listens there: refused at once
+        frmLiveMode window(
+            state, port, names,
+            [&nowhere](std::string_view frame, TimePoint now) { nowhere.link.EthernetCommand(frame, now); },
+            op, positions);
+        window.setWifiLink(&nowhere.link);
+        window.Load();
+        const QStringList shown = poll(window, &nowhere.link);
+        QCOMPARE(shown.first(), QString("Hits: 0"));
+        QCOMPARE(shown.count("Hits: "), kTargets - 1);
+        // One failed connection, told as the link tells it, and not again for each target.
+        QCOMPARE(nowhere.op.log,
+                 (std::vector<std::string>{"tell: Halvane: Error: ethernet not connected.  Check settings.",
+                                           "tell: Halvane: Socket Error 10061: Connection refused"}));
         state.RadioWiFi = false;
     }
 };

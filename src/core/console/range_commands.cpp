@@ -19,7 +19,7 @@ void showRangeWindow(Operator& op, RangeWindow& window, WifiLink* wifi) {
         }
     } receiving{wifi};
     if (wifi) {
-        window.setWifiWaiting([wifi] { return wifi->framesWaiting(); });
+        window.setWifiLink(wifi);
         wifi->setReceiver([&window](std::string_view chunk) { window.onSocketData(chunk); });
     }
     window.Load();

@@ -18,10 +18,9 @@ RangeWindow::RangeWindow(SharedState& state, SerialPort& port, const PortNames& 
       m_positions(positions),
       m_view(state, kind),
       m_positionTag(positionTag),
-      m_poll(state.ReplyHex,
-             {[this](int target, TimePoint now) { query(target, now); },
-              [this] { return m_wifiWaiting && road() == HitScorePoll::Road::Socket && m_wifiWaiting(); },
-              [this](int target) { showScore(target); }, [this] { changed(); }}) {}
+      m_poll(state.ReplyHex, {[this](int target, TimePoint now) { query(target, now); },
+                              [this] { return wifiRoad() && m_wifiLink->framesWaiting(); },
+                              [this](int target) { showScore(target); }, [this] { changed(); }}) {}
 
 void RangeWindow::listenToPort() {
     m_port.listen([this](std::string_view bytes) { m_poll.onSerial(bytes); }, [this] { handleLineLost(); });
@@ -38,6 +37,10 @@ HitScorePoll::Road RangeWindow::road() const {
     if (m_state.RadioUSB) return HitScorePoll::Road::SerialRadio;
     if (m_state.RadioWiFi) return HitScorePoll::Road::Socket;
     return HitScorePoll::Road::NoCarrier;
+}
+
+bool RangeWindow::wifiRoad() const {
+    return m_wifiLink && road() == HitScorePoll::Road::Socket;
 }
 
 bool RangeWindow::hitScoresPossible() {
@@ -79,6 +82,8 @@ void RangeWindow::query(int target, TimePoint now) {
 void RangeWindow::showScore(int target) {
     m_view.CurTile = static_cast<std::int16_t>(target);
     m_view.DrawHitsZero();
+    if (wifiRoad() && m_wifiLink->state() != TcpSocket::Connected && !m_wifiLink->framesWaiting())
+        m_poll.abandon();
     changed();
 }
 

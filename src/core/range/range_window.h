@@ -18,6 +18,7 @@
 #include "authoring/window_position.h"
 #include "links/hit_score_poll.h"
 #include "links/timed_machine.h"
+#include "links/wifi_link.h"
 #include "range/range_port.h"
 #include "range/range_view.h"
 
@@ -58,8 +59,10 @@ class RangeWindow : public Window, public TimedMachine {
     // A chunk from the Wi-Fi link, as it came; the caller hands over what the link receives while the
     // window is up.
     void onSocketData(std::string_view chunk) { m_poll.onSocket(chunk); }
-    // Tells whether frames handed to the Wi-Fi link still wait for its connection.
-    void setWifiWaiting(std::function<bool()> waiting) { m_wifiWaiting = std::move(waiting); }
+    // The Wi-Fi link the window's frames go to, watched by a poll: a query still waiting for the
+    // connection gets its time again, and a link that could not connect ends the poll (the link has
+    // told the operator), rather than a message for every target.
+    void setWifiLink(const WifiLink* link) { m_wifiLink = link; }
     // Told when the window changed of itself (the clock, a lost line, a poll), for its view.
     void setChangeObserver(std::function<void()> observer) { m_changeObserver = std::move(observer); }
     bool closed() const { return m_closed; }
@@ -97,12 +100,13 @@ class RangeWindow : public Window, public TimedMachine {
     // False, with the operator told why, when the scores cannot be read or shown here.
     bool hitScoresPossible();
     HitScorePoll::Road road() const;
+    bool wifiRoad() const;
     void query(int target, TimePoint now);
     void showScore(int target);
 
     const char* m_positionTag;
     HitScorePoll m_poll;
-    std::function<bool()> m_wifiWaiting;
+    const WifiLink* m_wifiLink = nullptr;
     std::function<void()> m_changeObserver;
 };
 
