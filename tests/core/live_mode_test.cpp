@@ -41,6 +41,7 @@ TEST_F(LiveMode, TheLineControllerHearsABlankFirstAndTheAllTargetBanksWhileTheMa
     state.TypeVMR4000 = state.RadioUSB = true;
     open(34);
     EXPECT_EQ(port.calls, (std::vector<std::string>{"open /dev/live", "RTS off", "DTR off"}));
+    EXPECT_FALSE(window->nextDeadline());  // no clock of its own, unlike the run window
     EXPECT_EQ(port.written,
               " \rSPA00000000\rCPA00000000\rSPB00000000\rCPB00000000\rSPC00000000\r"
               "CPC00000000\rSPD00000000\rCPD0\r");
