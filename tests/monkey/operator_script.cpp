@@ -45,7 +45,7 @@ std::vector<std::string>* g_trace = nullptr;  // of the run under way
 
 const std::vector<std::string> kCommands = {"M_New",  "M_New",      "M_Open",    "M_Open", "M_Close",
                                             "M_Save", "M_Save_As",  "M_Save_As", "M_Time", "M_TargetSetup",
-                                            "M_Send", "M_Download", "M_About",   "M_Run"};
+                                            "M_Send", "M_Download", "M_About",   "M_Run",  "M_LiveMode"};
 struct Click {
     Qt::MouseButton button;
     Qt::KeyboardModifiers keys;
