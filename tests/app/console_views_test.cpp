@@ -50,16 +50,23 @@
 using namespace halvane;
 using halvane::testing::ScriptedOperator;
 
-// Runs `step` on the window that is modal next, once it is up.
-static void whenModal(std::function<void(QWidget*)> step) {
+// Runs `step` on the next popup menu or modal window of type W, once it is up.
+template <class W>
+static void whenUp(std::function<void(W*)> step) {
     auto* poll = new QTimer;
     QObject::connect(poll, &QTimer::timeout, poll, [poll, step] {
-        if (QWidget* modal = QApplication::activeModalWidget()) {
+        QWidget* up = QApplication::activePopupWidget() ? QApplication::activePopupWidget()
+                                                        : QApplication::activeModalWidget();
+        if (auto* window = qobject_cast<W*>(up)) {
             poll->deleteLater();
-            step(modal);
+            step(window);
         }
     });
     poll->start(5);
+}
+
+static void whenModal(std::function<void(QWidget*)> step) {
+    whenUp<QWidget>(std::move(step));
 }
 
 // The main window's view offscreen: the menu bar as the model says, the Program table, the close box.
@@ -772,18 +779,6 @@ class LiveModeViewTest : public QObject {
         QVERIFY(!positions.GetAllSettings(kPositionAppName, "Live Mode").empty());
     }
 };
-
-// Runs `step` on the next popup menu or modal window of type W, once it is up.
-template <class W>
-static void whenUp(std::function<void(W*)> step) {
-    auto* poll = new QTimer;
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, step] {
-        QWidget* up = QApplication::activePopupWidget() ? QApplication::activePopupWidget()
-                                                        : QApplication::activeModalWidget();
-        if (auto* window = qobject_cast<W*>(up)) step(window), poll->deleteLater();
-    });
-    poll->start(5);
-}
 
 // The range layout window: a left click on a tile, the popup and the input box put a serial number
 // on the tile at once and into hvn.cfg.
