@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "text/wire_vocabulary.h"
+
 namespace halvane {
 
 HitScorePoll::HitScorePoll(ScoreTable& scores, Hooks hooks) : m_scores(scores), m_hooks(std::move(hooks)) {}
@@ -16,41 +18,29 @@ void HitScorePoll::start(Road road, int count, TimePoint now) {
 
 void HitScorePoll::abandon() {
     m_target = 0;
-    m_reply.clear();
+    m_wait.stop();
 }
 
 void HitScorePoll::ask(int target, TimePoint now) {
     m_target = target;
-    m_reply.clear();
     m_askedAt = now;
-    m_deadline = now + (m_road == Road::SerialRadio ? kSerialRadioWait : kOtherWait);
+    const auto road = m_road == Road::SerialRadio ? ReplyWait::Road::Serial
+                      : m_road == Road::Socket    ? ReplyWait::Road::Socket
+                                                  : ReplyWait::Road::NoCarrier;
+    m_wait.start(road, wire::kScoreReplyLength, now + wait());
     if (m_hooks.query) m_hooks.query(target, now);
-}
-
-void HitScorePoll::onSerial(std::string_view bytes) {
-    if (!running() || m_road != Road::SerialRadio) return;
-    // What follows a whole reply is left behind; the line is dropped before the next query.
-    for (const char byte : bytes) {
-        if (replyWhole()) break;
-        m_reply.push_back(byte);
-    }
-}
-
-void HitScorePoll::onSocket(std::string_view chunk) {
-    if (!running() || m_road != Road::Socket || replyWhole()) return;
-    m_reply.assign(chunk);
 }
 
 std::optional<TimePoint> HitScorePoll::nextDeadline() const {
     if (!running()) return std::nullopt;
     // A whole reply moves the poll on at once.
-    return replyWhole() ? m_askedAt : m_deadline;
+    return m_wait.whole() ? m_askedAt : m_wait.deadline();
 }
 
 void HitScorePoll::onTime(TimePoint now) {
-    if (!running() || (!replyWhole() && now < m_deadline)) return;
-    if (!replyWhole() && m_hooks.queryWaiting && m_hooks.queryWaiting()) {
-        m_deadline = now + (m_road == Road::SerialRadio ? kSerialRadioWait : kOtherWait);
+    if (!running() || (!m_wait.whole() && !m_wait.timedOut(now))) return;
+    if (!m_wait.whole() && m_hooks.queryWaiting && m_hooks.queryWaiting()) {
+        m_wait.extend(now + wait());
         return;
     }
     finishTarget(now);
@@ -58,9 +48,10 @@ void HitScorePoll::onTime(TimePoint now) {
 
 void HitScorePoll::finishTarget(TimePoint now) {
     const int target = m_target;
-    if (replyWhole() && static_cast<std::uint8_t>(m_reply[0]) == wire::kScoreReply)
-        m_scores[static_cast<std::size_t>(target)] = std::to_string(static_cast<std::uint8_t>(m_reply[1]));
-    m_reply.clear();
+    const std::string& reply = m_wait.reply();
+    if (m_wait.whole() && static_cast<std::uint8_t>(reply[0]) == wire::kScoreReply)
+        m_scores[static_cast<std::size_t>(target)] = std::to_string(static_cast<std::uint8_t>(reply[1]));
+    m_wait.stop();
     const bool last = target >= m_count;
     if (last) m_target = 0;
     if (m_hooks.targetDone) m_hooks.targetDone(target);

@@ -15,8 +15,8 @@
 #include <string>
 #include <string_view>
 
+#include "links/reply_wait.h"
 #include "links/timed_machine.h"
-#include "text/wire_vocabulary.h"
 
 namespace halvane {
 
@@ -26,9 +26,8 @@ class HitScorePoll : public TimedMachine {
     static constexpr std::chrono::milliseconds kSerialRadioWait{150};
     static constexpr std::chrono::milliseconds kOtherWait{350};
 
-    // How the replies come. On the serial line bytes add up until two are in; on the socket a reply
-    // must arrive whole: each chunk replaces what came before. With no carrier nothing comes, and each
-    // target's wait runs all the same.
+    // How the replies come (see ReplyWait). With no carrier nothing comes, and each target's wait runs
+    // all the same.
     enum class Road { SerialRadio, Socket, NoCarrier };
 
     struct Hooks {
@@ -52,8 +51,8 @@ class HitScorePoll : public TimedMachine {
     void abandon();
 
     // Bytes from the serial line, and chunks from the socket, as they come.
-    void onSerial(std::string_view bytes);
-    void onSocket(std::string_view chunk);
+    void onSerial(std::string_view bytes) { m_wait.onSerial(bytes); }
+    void onSocket(std::string_view chunk) { m_wait.onSocket(chunk); }
 
     std::optional<TimePoint> nextDeadline() const override;
     void onTime(TimePoint now) override;
@@ -66,16 +65,17 @@ class HitScorePoll : public TimedMachine {
   private:
     void ask(int target, TimePoint now);
     void finishTarget(TimePoint now);
-    bool replyWhole() const { return m_reply.size() == wire::kScoreReplyLength; }
+    std::chrono::milliseconds wait() const {
+        return m_road == Road::SerialRadio ? kSerialRadioWait : kOtherWait;
+    }
 
     ScoreTable& m_scores;
     Hooks m_hooks;
     Road m_road = Road::NoCarrier;
     int m_count = 0;
     int m_target = 0;
-    std::string m_reply;
+    ReplyWait m_wait;
     TimePoint m_askedAt{};
-    TimePoint m_deadline{};
 };
 
 }  // namespace halvane
