@@ -19,6 +19,8 @@
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"
 #include "range/range_display.h"
+#include "scores/target_setup.h"
+#include "scores/target_transfer.h"
 
 namespace halvane::testing {
 
@@ -93,6 +95,10 @@ class ScriptedOperator : public Operator {
         knows<FailedBox>([](FailedBox&) { return std::string(FailedBox::Caption); }, false);
         knows<frmEthernetSetup>([](frmEthernetSetup&) { return std::string(frmEthernetSetup::Caption); });
         knows<RangeDisplay>([](RangeDisplay&) { return std::string(RangeDisplay::Caption); });
+        knows<frmSerialTarget>(
+            [](frmSerialTarget& d) { return "LM Setup entry " + d.txtSerialNum + "/" + d.txtTargetNum; });
+        knows<frmRetrieving>([](frmRetrieving&) { return std::string(frmRetrieving::Caption); });
+        knows<frmLM_Send>([](frmLM_Send&) { return std::string(frmLM_Send::Caption); });
     }
 
   private:

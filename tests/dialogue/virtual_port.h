@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,7 @@ class VirtualPort : public SerialPort {
             return false;
         }
         written += bytes;
+        writes.push_back({now, std::string(bytes)});
         m_device.receive(bytes, now);
         if (m_options.fast) collect();
         return true;
@@ -67,8 +69,23 @@ class VirtualPort : public SerialPort {
         }
     }
 
+    // Runs a window's clock until `done`, delivering the device's replies as they fall due.
+    void run(TimedMachine& machine, const std::function<bool()>& done,
+             std::chrono::seconds limit = std::chrono::seconds(300)) {
+        const TimePoint start = now;
+        while (!done() && now - start < limit) {
+            TimePoint next = now + std::chrono::milliseconds(100);
+            if (const auto deadline = machine.nextDeadline()) next = std::min(next, *deadline);
+            if (const auto due = m_device.nextDue()) next = std::min(next, *due);
+            now = std::max(now + std::chrono::microseconds(1), next);
+            collect();
+            machine.onTime(now);
+        }
+    }
+
     TimePoint now{std::chrono::hours(1)};
-    std::string written;             // what reached the device
+    std::vector<std::pair<TimePoint, std::string>> writes;  // each write, when it was made
+    std::string written;                                    // what reached the device
     std::string writtenWhileClosed;  // what a dialogue tried to write on the closed port
     int replies = 0;
     TimePoint unpluggedAt{};
