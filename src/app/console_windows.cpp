@@ -17,7 +17,11 @@
 #include "range/range_running.h"
 #include "range_display_view.h"
 #include "range_running_view.h"
+#include "scores/target_setup.h"
+#include "scores/target_transfer.h"
 #include "setup_dialog_view.h"
+#include "target_setup_view.h"
+#include "target_transfer_view.h"
 #include "transmitter_dialogs.h"
 
 namespace halvane::app {
@@ -36,6 +40,16 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
     registry.add<frmRangeRunning, RangeRunningView>();
     registry.add<frmLiveMode, LiveModeView>();
     registry.add<RangeDisplay, RangeDisplayView>();
+    registry.add<frmLM_Setup, TargetSetupView>();
+    registry.add<frmSerialTarget, SerialTargetView>();
+    registry.add<frmRetrieving>([](frmRetrieving& model, QWidget* parent) {
+        return std::make_unique<TargetTransferView>(model, frmRetrieving::Caption, frmRetrieving::Label1,
+                                                    frmRetrieving::Label2, parent);
+    });
+    registry.add<frmLM_Send>([](frmLM_Send& model, QWidget* parent) {
+        return std::make_unique<TargetTransferView>(model, frmLM_Send::Caption, frmLM_Send::Label1,
+                                                    frmLM_Send::Label2, parent);
+    });
     registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
 }
 

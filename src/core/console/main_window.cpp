@@ -153,7 +153,7 @@ void Form1::run(std::string_view name) {
         {"M_Face", &Form1::M_Face},         {"M_Pause", &Form1::M_Pause},
         {"M_Ethernet", &Form1::M_Ethernet}, {"M_Send", &Form1::M_Send},
         {"M_Download", &Form1::M_Download}, {"M_Run", &Form1::M_Run},
-        {"M_LiveMode", &Form1::M_LiveMode},
+        {"M_LiveMode", &Form1::M_LiveMode}, {"M_LM_SETUP", &Form1::M_LM_SETUP},
     };
     for (const auto& [item, command] : kCommands)
         if (item == name) return guarded(command);

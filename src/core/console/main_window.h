@@ -55,6 +55,7 @@ class Form1 {
     void M_Download();
     void M_Run();
     void M_LiveMode();
+    void M_LM_SETUP();
 
     // The device links the window reaches: the shared serial line and the Wi-Fi link. The run and
     // live windows open serial ports of their own, which the platform makes.

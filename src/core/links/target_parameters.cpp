@@ -96,6 +96,12 @@ const std::vector<Parameter>& readOrder() {
     return kBlock;
 }
 
+std::vector<const Parameter*> tabOrder() {
+    std::vector<const Parameter*> out;
+    for (const int index : {9, 10, 16, 1, 3, 2, 5, 4, 6, 7, 11, 12, 13, 14}) out.push_back(byIndex(index));
+    return out;
+}
+
 const Parameter* byIndex(int index) {
     const auto found =
         std::find_if(kBlock.begin(), kBlock.end(), [index](const Parameter& p) { return p.index == index; });

@@ -39,6 +39,8 @@ struct Parameter {
 // twelve in the same order.
 const std::vector<Parameter>& readOrder();
 inline constexpr std::size_t kWrites = 12;
+// The parameters as the setup window's tabs show them, tab by tab.
+std::vector<const Parameter*> tabOrder();
 // The parameter of an index; nothing for an index the block does not use here.
 const Parameter* byIndex(int index);
 
