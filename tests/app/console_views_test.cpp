@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
 #include <QHeaderView>
 #include <QInputDialog>
@@ -18,6 +19,7 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTimer>
 #include <QtTest>
 #include <fstream>
@@ -821,6 +823,49 @@ class RangeDisplayViewTest : public QObject {
     }
 };
 
+// LM Setup as the operator meets it: three tabs with Utility in front, the lists of the boxes, Save
+// disabled until a read, and the window's own port open while it is up.
+class TargetSetupViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void theWindowShowsItsTabsAndListsWithItsPortOpen() {
+        SharedState state;
+        state.RadioUSB = state.TypeLMSeries = true;
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        PullablePort* port = nullptr;
+        form.attachLinks(nullptr, nullptr, [&port] {
+            auto made = std::make_unique<PullablePort>();
+            made->present.insert(PortNames::defaultDevice(1));
+            port = made.get();
+            return made;
+        });
+        form.Load();
+        QStringList tabs;
+        int targetNumbers = 0;
+        QString serial, saveEnabled;
+        bool portOpen = false;
+        whenModal([&](QWidget* window) {
+            auto* tabWidget = window->findChild<QTabWidget*>("SSTab1");
+            for (int i = 0; i < tabWidget->count(); ++i) tabs << tabWidget->tabText(i);
+            tabs << tabWidget->tabText(tabWidget->currentIndex());
+            targetNumbers = window->findChild<QComboBox*>("Cmb_Target_Num")->count();
+            serial = window->findChild<QLabel*>("LBL_SN")->text();
+            saveEnabled = button(window, "Command2")->isEnabled() ? "enabled" : "disabled";
+            portOpen = port->isOpen();
+            button(window, "Command3")->click();
+        });
+        form.run("M_LM_SETUP");
+        QCOMPARE(tabs, QStringList({"Utility", "Hit Setting", "Target Control", "Utility"}));
+        QCOMPARE(targetNumbers, 201);
+        QCOMPARE(serial, QString("SN"));
+        QCOMPARE(saveEnabled, QString("disabled"));
+        QVERIFY(portOpen);
+    }
+};
+
 // One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
@@ -835,10 +880,11 @@ int main(int argc, char** argv) {
     RangeRunningViewTest run;
     LiveModeViewTest live;
     RangeDisplayViewTest layout;
+    TargetSetupViewTest targetSetup;
     int failed = 0;
     for (QObject* test :
          std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example, &rangeView, &registry,
-                                         &guard, &run, &live, &layout}) {
+                                         &guard, &run, &live, &layout, &targetSetup}) {
         failed += QTest::qExec(test, argc, argv);
         // Closing the main window ends the application's event loop, and a loop ended so refuses to
         // run again, the modal dialogs' of the next test too, until the application's own loop has
