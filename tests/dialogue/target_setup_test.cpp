@@ -214,6 +214,23 @@ TEST_F(TargetSetup, OverWifiTheConversionsDifferAsTargetsInTheFieldExpect) {
     read("123456");
     EXPECT_EQ(boxes(), "18|Off|10|Normal|Down|10|High|0|0|0|0|None|12.5|1.2");
     EXPECT_EQ(messages(), "");
+
+    // With the serial radio too, each write goes on both links, each by its own rules; Load Defaults
+    // changes nothing.
+    state.RadioUSB = true;
+    open();
+    setup->Check1 = false;
+    setup->LBL_SN.Caption = "SN 123456";
+    setup->Command2.Enabled = true;
+    setBoxes({{1, "12"}, {2, "Die"}});
+    wifiFrames.clear();
+    write();
+    ASSERT_EQ(port.writes.size(), 12u);
+    ASSERT_EQ(wifiFrames.size(), 12u);
+    EXPECT_EQ(hexBytes(port.writes[0].second) + " / " + wifiFrames[0],
+              "F6 12 34 56 01 0C / 00 F6 12 34 56 01 12");
+    EXPECT_EQ(hexBytes(port.writes[1].second) + " / " + wifiFrames[1],
+              "F6 12 34 56 02 02 / 00 F6 12 34 56 02 02");
 }
 
 TEST_F(TargetSetup, AWriteStopsAtABoxThatIsNoByteAndAtAPortThatIsNotOpen) {
