@@ -36,7 +36,7 @@ void runToEnd(TargetTransfer& window, RangeCarriers& carriers, Transfer& outcome
 }
 
 int serialIgnored(const std::string& serial) {
-    std::cerr << "serial number " << serial << ": the window takes one to six digits, and read nothing\n";
+    std::cerr << "serial number " << serial << ": the window takes one to six digits; nothing was sent\n";
     return 2;
 }
 

@@ -86,7 +86,7 @@ TEST(CliTarget, RefusesOrStopsWhereTheWindowWouldSendNothingMore) {
     Served radio;
     const std::string device = radio.radio();
     EXPECT_EQ(target(scratch, kSerialRadio, {"read", "--serial", "1234567", "--device", device}),
-              std::pair("serial number 1234567: the window takes one to six digits, and read nothing\n"s, 2));
+              std::pair("serial number 1234567: the window takes one to six digits; nothing was sent\n"s, 2));
     for (const std::vector<std::string>& usage : {std::vector<std::string>{"read", "--device", device},
                                                   {"write", "--serial", "5", "Battery Voltage=9"},
                                                   {"write", "--number", "5"},
