@@ -85,4 +85,22 @@ std::optional<LiveOptions> parseLiveOptions(const std::vector<std::string>& args
 // outside 1 to 200 or beyond the range's NumTargets; 130 after SIGINT or SIGTERM.
 int liveCommand(const LiveOptions& options, SharedState& state);
 
+// What `target read` and `target write` name: the target by serial number (or, to read, by target
+// number), the carriers, and for a write the texts of the boxes by parameter index (the rest empty).
+struct TargetOptions {
+    bool write = false;
+    std::string serial;  // --serial S
+    std::string number;  // --number N
+    CarrierOptions carriers;
+    std::vector<std::pair<int, std::string>> boxes;  // Name=Value
+};
+// The arguments after `target`.
+std::optional<TargetOptions> parseTargetOptions(const std::vector<std::string>& args);
+// `target read`: the boxes and labels as a read leaves them, Name=Value in the order of the read, then
+// SN=; exit 0, 1 when the port cannot be opened, the number is not found or the read stops on a fault,
+// 2 for a serial entry the window ignores, 3 (values printed all the same) when no read had a reply.
+// `target write`: the twelve frames of Save To Target; exit 0 when all went out, 1 when a box cannot
+// become a byte (the frames before it sent) or a carrier failed. 130 after SIGINT or SIGTERM.
+int targetCommand(const TargetOptions& options, SharedState& state);
+
 }  // namespace halvane::cli

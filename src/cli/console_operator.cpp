@@ -16,6 +16,7 @@ Answer ConsoleOperator::ask(const std::string& text, const std::string& title, B
 }
 
 void ConsoleOperator::show(Window& window, Modality) {
+    if (m_onShow && m_onShow(window)) return;
     if (dynamic_cast<FailedBox*>(&window)) m_err << FailedBox::Label1 << ". " << FailedBox::Label2 << ".\n";
 }
 

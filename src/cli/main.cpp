@@ -45,7 +45,16 @@ constexpr const char* kUsage =
     "                          Wi-Fi frames are seen out before the exit, and its troubles told as the\n"
     "                          window tells them. Exit 0; 1 when the port cannot be opened or its line\n"
     "                          is lost; 2, with nothing sent, for a TARGET outside 1..200 or beyond the\n"
-    "                          range's Targets in hvn.cfg\n";
+    "                          range's Targets in hvn.cfg\n"
+    "  target read (--serial S | --number N) [--port N | --device PATH] [--wifi HOST:PORT]\n"
+    "                          read a target's settings as the LM Setup window does (a number is\n"
+    "                          looked up first) and print them, Name=Value in the order of the read,\n"
+    "                          then SN=; exit 1 when not found, 2 for a serial of seven or more\n"
+    "                          digits, 3 (values printed) when the target never answered\n"
+    "  target write --serial S [--port N | --device PATH] [--wifi HOST:PORT] [Name=Value...]\n"
+    "                          write the twelve settings as Save To Target does, the boxes holding\n"
+    "                          the given texts (unnamed ones empty); exit 1 when a text cannot\n"
+    "                          become a byte, after the settings before it\n";
 
 int usage() {
     std::cerr << kUsage;
@@ -119,6 +128,10 @@ int main(int argc, char** argv) {
     if (command == "live") {
         const auto options = cli::parseLiveOptions({args.begin() + 1, args.end()});
         return options ? cli::liveCommand(*options, state) : usage();
+    }
+    if (command == "target") {
+        const auto options = cli::parseTargetOptions({args.begin() + 1, args.end()});
+        return options ? cli::targetCommand(*options, state) : usage();
     }
     if (command == "download") {
         const auto options = cli::parseTransmitterOptions({args.begin() + 1, args.end()}, true);

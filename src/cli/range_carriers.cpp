@@ -91,6 +91,10 @@ RangePort::WifiSend RangeCarriers::wifiSend() {
         [&link = m_wifi->link](std::string_view frame, TimePoint now) { link.EthernetCommand(frame, now); };
 }
 
+WifiLink* RangeCarriers::wifiLink() {
+    return m_wifi ? &m_wifi->link : nullptr;
+}
+
 bool RangeCarriers::interrupted() {
     return g_interrupted != 0;
 }

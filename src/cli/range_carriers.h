@@ -1,7 +1,7 @@
 #pragma once
-// The carriers of a command that drives a range window (run, live): the window's own serial port under
-// the options' name, the Wi-Fi link at the options' address, and the one wait on the line, the socket
-// and a deadline. SIGINT and SIGTERM are caught for the carriers' life and end a wait.
+// The carriers of a command that drives a range window or the target setup window: the window's own serial
+// port under the options' name, the Wi-Fi link at the options' address, and the one wait on the line, the
+// socket and a deadline. SIGINT and SIGTERM are caught for the carriers' life and end a wait.
 
 #include <signal.h>
 
@@ -20,7 +20,8 @@
 
 namespace halvane {
 class Operator;
-}
+class WifiLink;
+}  // namespace halvane
 
 namespace halvane::cli {
 
@@ -37,6 +38,8 @@ class RangeCarriers {
     PortNames names;
     // Hands a frame to the Wi-Fi link; empty without one.
     RangePort::WifiSend wifiSend();
+    // The Wi-Fi link itself, for a window that listens to it too; nothing without one.
+    WifiLink* wifiLink();
 
     // Waits until `deadline` (for ever without one, until a signal) or until the line or the socket
     // has something to say, and lets the Wi-Fi link act on the time. False when a signal came.

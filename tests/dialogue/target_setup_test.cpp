@@ -56,7 +56,10 @@ class TargetSetup : public ::testing::Test {
             d.txtTargetNum = number;
             d.OKButton_Click();
         });
-        op.script<frmRetrieving>([this](frmRetrieving& w) { run(w); });
+        op.script<frmRetrieving>([this](frmRetrieving& w) {
+            run(w);
+            replies = w.replies();
+        });
         setup->Command1_Click();
     }
     void write() {
@@ -124,6 +127,7 @@ class TargetSetup : public ::testing::Test {
     ScriptedOperator op;
     SharedState state;
     std::unique_ptr<frmLM_Setup> setup;
+    int replies = -1;  // of the last read
 };
 
 const std::string kDelivered = "10|Die|1|Normal|Down|1|High|0|0|0|0|None|12.5|1.2";
@@ -191,6 +195,7 @@ TEST_F(TargetSetup, ASilentStepAppliesTheLastReplyAgainAndASilentTargetReadsAsZe
         setup->box(2) = "old";
         read("123456");
         EXPECT_EQ(boxes(), c.boxes) << c.deafTo;
+        EXPECT_EQ(replies, 13) << c.deafTo;
     }
     range.withTargets([](auto& targets) { targets[0].serial = 1; });  // nobody answers 123456 now
     deaf.index = 0;
@@ -198,6 +203,7 @@ TEST_F(TargetSetup, ASilentStepAppliesTheLastReplyAgainAndASilentTargetReadsAsZe
     read("123456");
     EXPECT_EQ(port.now - clicked, 14500ms);
     EXPECT_EQ(boxes(), "0|Die|0|Normal|Down|0|High|0|0|0|0|None|0|0");  // coded boxes stay
+    EXPECT_EQ(replies, 0);
     EXPECT_TRUE(setup->Command2.Enabled);
 }
 

@@ -27,8 +27,8 @@ class Served {
         if (m_serving.joinable()) m_serving.join();
     }
     // The radio on a pty, and its path.
-    std::string radio() {
-        const auto path = m_server.addPty("radio", sim::makeRadioModem(m_range, {}));
+    std::string radio(sim::Faults faults = {}) {
+        const auto path = m_server.addPty("radio", sim::makeRadioModem(m_range, faults));
         m_serving = std::thread([this] { m_server.run(); });
         return path;
     }

@@ -168,6 +168,7 @@ void frmRetrieving::applyReply() {
         for (std::size_t i = 0; i < 3; ++i)
             m_serialReply[i] = target::replyText(static_cast<std::uint8_t>(r[2 + i]));
         m_valueText = target::replyText(static_cast<std::uint8_t>(r[5]));
+        ++m_replies;
     }
     m_wait.stop();
     m_waiting = false;

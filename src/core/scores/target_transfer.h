@@ -71,6 +71,8 @@ class frmRetrieving : public TargetTransfer {
 
     // The lookup found no target: the read did not run.
     bool notFound() const { return m_notFound; }
+    // How many of the reads had a whole reply: none means a silent or a wrong target.
+    int replies() const { return m_replies; }
     std::pair<int, int> progress() const override;
     std::string progressText() const override;
 
@@ -87,6 +89,7 @@ class frmRetrieving : public TargetTransfer {
     bool m_lookingUp = false;
     bool m_notFound = false;
     int m_step = 0;  // the read under way, 1..14; 0 before the first
+    int m_replies = 0;
     bool m_waiting = false;
     target::SerialTexts m_serialReply;
     std::string m_valueText;  // the last reply's value, kept over a silence
