@@ -185,8 +185,11 @@ TEST_F(TargetSetup, ASilentStepAppliesTheLastReplyAgainAndASilentTargetReadsAsZe
         int deafTo;
         const char* boxes;
     } cases[] = {
+        {1, "0|Die|1|Normal|Down|1|High|0|0|0|0|None|12.5|1.2"},    // no reply yet: an empty value, 0
         {2, "10|old|1|Normal|Down|1|High|0|0|0|0|None|12.5|1.2"},   // "0A" is no code: the box stays
+        {7, "10|Die|1|Normal|Down|1|Low|0|0|0|0|None|12.5|1.2"},    // the target number's 01 is Low
         {3, "10|Die|2|Normal|Down|1|High|0|0|0|0|None|12.5|1.2"},   // Hit Mode's 02 again
+        {10, "10|Die|1|Normal|Down|1|High|0|0|0|0|None|0|1.2"},     // Data Port's 00, in volts
         {16, "10|Die|1|Normal|Down|1|High|0|0|0|0|None|12.5|0.7"},  // the battery's 7D read as decimal
     };
     open();
