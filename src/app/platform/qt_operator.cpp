@@ -33,6 +33,7 @@ void QtOperator::tell(const std::string& text, const std::string& title) {
 
 Answer QtOperator::ask(const std::string& text, const std::string& title, Buttons buttons) {
     QMessageBox::StandardButtons set = QMessageBox::Ok;
+    if (buttons == Buttons::OkCancel) set = QMessageBox::Ok | QMessageBox::Cancel;
     if (buttons == Buttons::YesNo) set = QMessageBox::Yes | QMessageBox::No;
     if (buttons == Buttons::YesNoCancel) set = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
     const auto chosen =

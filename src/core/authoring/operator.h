@@ -10,7 +10,7 @@
 namespace halvane {
 
 enum class Answer { Ok, Yes, No, Cancel };
-enum class Buttons { Ok, YesNo, YesNoCancel };
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
 
 // A file dialog as the console sets it up. `filter` is "Description|pattern|Description|pattern";
 // `filterIndex` counts from 1.
