@@ -19,6 +19,7 @@
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"
 #include "range/range_display.h"
+#include "scores/hit_scores.h"
 #include "scores/target_setup.h"
 #include "scores/target_transfer.h"
 
@@ -99,6 +100,8 @@ class ScriptedOperator : public Operator {
             [](frmSerialTarget& d) { return "LM Setup entry " + d.txtSerialNum + "/" + d.txtTargetNum; });
         knows<frmRetrieving>([](frmRetrieving&) { return std::string(frmRetrieving::Caption); });
         knows<frmLM_Send>([](frmLM_Send&) { return std::string(frmLM_Send::Caption); });
+        knows<frmHitScore_Option>(
+            [](frmHitScore_Option&) { return std::string(frmHitScore_Option::Caption); });
     }
 
   private:

@@ -14,6 +14,7 @@
 #include "authoring/window.h"
 #include "links/hit_score_poll.h"
 #include "links/reply_wait.h"
+#include "links/serial_port.h"
 #include "links/timed_machine.h"
 #include "links/wifi_link.h"
 
@@ -85,10 +86,20 @@ class FrmHitScores : public Window, public TimedMachine {
     enum class Road { None, Transmitter, Radio };
     Road chooseRoad();
     bool portNeeded(Road road) const;
+    SerialPort* port() const;
+    bool openPort(bool needed, bool& settle);
+    void listen();
+    void stopListening();
     void startRoad(TimePoint now);
+    void query(int target, TimePoint now);
+    void targetDone();
+    void abandonRound();
     void finishBlock();
     void finishRound();
+    void setRows(int rows);
     void sendClear(TimePoint now);
+    // The shared port lost its line under a download or a clear: told once, and it stops there.
+    void lineLost();
     void changed() const;
 
     SharedState& m_state;
