@@ -1,4 +1,5 @@
 #include "console/main_window.h"
+#include "scores/hit_scores.h"
 
 #include <filesystem>
 #include <stdexcept>

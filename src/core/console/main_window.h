@@ -17,7 +17,10 @@
 namespace halvane {
 
 class ComPortModule;
+class FrmHitScores;
+class ScorePrinter;
 class WifiLink;
+class WorkbookWriter;
 
 // Where the window finds the operator's manual: the first of these files that exists is opened.
 struct ManualLocations {
@@ -56,6 +59,7 @@ class Form1 {
     void M_Run();
     void M_LiveMode();
     void M_LM_SETUP();
+    void M_HitScores();
 
     // The device links the window reaches: the shared serial line and the Wi-Fi link. The run and
     // live windows open serial ports of their own, which the platform makes.
@@ -65,6 +69,12 @@ class Form1 {
         m_wifi = wifi;
         m_newPort = std::move(newPort);
     }
+    // Where the hit score window saves workbooks and prints score sheets.
+    void attachScoreOutput(WorkbookWriter* workbooks, ScorePrinter* printer) {
+        m_workbooks = workbooks;
+        m_printer = printer;
+    }
+    ~Form1();
 
     // The grid's events and the popup's commands. Buttons: 1 left, 2 right, 4 middle; shift: 1 Shift,
     // 2 Ctrl, 4 Alt. The mouse row and column are the grid cell under the pointer.
@@ -147,6 +157,10 @@ class Form1 {
     ManualLocations m_manuals;
     std::vector<MenuItem> m_menu;
     std::unique_ptr<ProgramGrid> m_grid;
+    // The hit score window lives from its first opening to the end of the program, as the scores do.
+    std::unique_ptr<FrmHitScores> m_hitScores;
+    WorkbookWriter* m_workbooks = nullptr;
+    ScorePrinter* m_printer = nullptr;
     WindowPlacement m_placement;
     std::string m_caption;
     int m_mousePointer = 0;

@@ -13,6 +13,7 @@ void HitScorePoll::start(Road road, int count, TimePoint now) {
     if (running() || count < 1) return;
     m_road = road;
     m_count = count;
+    m_answered = 0;
     ask(1, now);
 }
 
@@ -49,8 +50,10 @@ void HitScorePoll::onTime(TimePoint now) {
 void HitScorePoll::finishTarget(TimePoint now) {
     const int target = m_target;
     const std::string& reply = m_wait.reply();
-    if (m_wait.whole() && static_cast<std::uint8_t>(reply[0]) == wire::kScoreReply)
+    if (m_wait.whole() && static_cast<std::uint8_t>(reply[0]) == wire::kScoreReply) {
         m_scores[static_cast<std::size_t>(target)] = std::to_string(static_cast<std::uint8_t>(reply[1]));
+        ++m_answered;
+    }
     m_wait.stop();
     const bool last = target >= m_count;
     if (last) m_target = 0;

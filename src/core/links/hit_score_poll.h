@@ -61,6 +61,8 @@ class HitScorePoll : public TimedMachine {
     // The target being asked, 1..count(); 0 when no poll runs.
     int target() const { return m_target; }
     int count() const { return m_count; }
+    // Targets that answered with a score in the poll under way or the last one.
+    int answered() const { return m_answered; }
 
   private:
     void ask(int target, TimePoint now);
@@ -74,6 +76,7 @@ class HitScorePoll : public TimedMachine {
     Road m_road = Road::NoCarrier;
     int m_count = 0;
     int m_target = 0;
+    int m_answered = 0;
     ReplyWait m_wait;
     TimePoint m_askedAt{};
 };

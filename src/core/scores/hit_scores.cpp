@@ -93,13 +93,17 @@ bool FrmHitScores::openPort(bool needed, bool& settle) {
 
 void FrmHitScores::CmdDownload_Click(TimePoint now) {
     if (busy()) return;  // a second Download during a round is ignored
+    m_outcome = Outcome::None;
     const Road road = chooseRoad();
     if (road == Road::None) return;
     bool settle = false;
     // Opened for the transmitter or the serial radio whichever road was chosen; a port that will not
     // open stops only a road that needs it, after its message.
     const bool usesPort = m_state.RadioUSB || m_state.RadioLMC;
-    if (usesPort && !openPort(portNeeded(road), settle)) return;
+    if (usesPort && !openPort(portNeeded(road), settle)) {
+        m_outcome = Outcome::PortClosed;
+        return;
+    }
     m_road = road;
     if (settle) {
         m_phase = Phase::Settling;
@@ -113,7 +117,9 @@ void FrmHitScores::CmdDownload_Click(TimePoint now) {
 void FrmHitScores::listen() {
     if (SerialPort* p = port())
         p->listen({[this](std::string_view bytes) { onSerial(bytes); },
-                   [this](const std::string&) { lineLost(); }});
+                   [this](const std::string&) {
+                       if (busy()) lineLost();
+                   }});
     if (m_wifi) m_wifi->setReceiver([this](std::string_view chunk) { onSocket(chunk); });
 }
 
@@ -160,8 +166,10 @@ void FrmHitScores::query(int target, TimePoint now) {
 void FrmHitScores::targetDone() {
     // A Wi-Fi link that could not connect has told the operator once; the round ends there.
     if (!m_state.RadioUSB && m_state.RadioWiFi && m_wifi && m_wifi->state() != TcpSocket::Connected &&
-        !m_wifi->framesWaiting())
+        !m_wifi->framesWaiting()) {
         abandonRound();
+        m_outcome = Outcome::LinkDown;
+    }
     changed();
 }
 
@@ -174,6 +182,7 @@ void FrmHitScores::abandonRound() {
 void FrmHitScores::finishRound() {
     stopListening();
     m_phase = Phase::Idle;
+    m_outcome = Outcome::Done;
     // One row a target; the numbers of column 0 stand as an earlier load or download left them.
     setRows(m_state.NumTargets + 1);
     for (int i = 1; i <= m_state.NumTargets; ++i)
@@ -193,9 +202,11 @@ void FrmHitScores::finishBlock() {
     changed();
     // The count is read as the hexadecimal it is written in: ten scored targets or more work.
     if (text::parseHex(m_state.ReplyHex[0]).value_or(0) == 0) {
+        m_outcome = Outcome::NoScores;
         m_operator.tell(kNoScores, kAppTitle);
         return;
     }
+    m_outcome = Outcome::Done;
     int scored = 0;
     for (int i = 1; i <= wire::kMaxTargets; ++i)
         scored += m_state.ReplyHex[static_cast<std::size_t>(i)] != kNoScore;
@@ -220,10 +231,14 @@ void FrmHitScores::setRows(int rows) {
 
 void FrmHitScores::CmdClear_Click(TimePoint now) {
     if (busy()) return;
+    m_outcome = Outcome::None;
     if (m_operator.ask("Clear Scores from Targets?", kAppTitle, Buttons::OkCancel) != Answer::Ok) return;
     if (m_state.RadioUSB) {
         bool settle = false;
-        if (!openPort(true, settle)) return;
+        if (!openPort(true, settle)) {
+            m_outcome = Outcome::PortClosed;
+            return;
+        }
         if (settle) {
             m_phase = Phase::ClearSettling;
             m_due = now + kSettle;
@@ -233,6 +248,7 @@ void FrmHitScores::CmdClear_Click(TimePoint now) {
         sendClear(now);
     } else if (m_state.RadioWiFi && m_wifi) {
         m_wifi->EthernetCommand(frame({0, wire::kClearScores, wire::kAddressAll}), now);
+        m_outcome = Outcome::Done;
     }
 }
 
@@ -241,18 +257,21 @@ void FrmHitScores::sendClear(TimePoint) {
     SerialPort& p = *port();
     p.dropInput();
     p.dropOutput();
-    if (!p.write(frame({wire::kClearScores, wire::kAddressAll}))) lineLost();
+    if (!p.write(frame({wire::kClearScores, wire::kAddressAll})))
+        lineLost();
+    else
+        m_outcome = Outcome::Done;
     changed();
 }
 
 void FrmHitScores::lineLost() {
-    if (m_phase == Phase::Idle) return;
     const std::string why =
         port() && !port()->lostReason().empty() ? port()->lostReason() : "it would not take the bytes";
     m_poll.abandon();
     m_block.stop();
     stopListening();
     m_phase = Phase::Idle;
+    m_outcome = Outcome::LineLost;
     m_operator.critical("Comm Port " + std::to_string(m_state.ComPort) + ": the line went away (" + why +
                             "). The scores read so far stay.",
                         kAppTitle);
@@ -309,7 +328,9 @@ std::string FrmHitScores::progress() const {
 }
 
 void FrmHitScores::Escape() {
+    if (m_phase != Phase::Round) return;
     abandonRound();
+    m_outcome = Outcome::Stopped;
 }
 
 void FrmHitScores::Unload() {

@@ -70,6 +70,11 @@ class FrmHitScores : public Window, public TimedMachine {
     void Unload();
 
     bool busy() const { return m_phase != Phase::Idle; }
+    // How the last download or clear ended, for the command line.
+    enum class Outcome { None, Done, NoScores, PortClosed, LineLost, LinkDown, Stopped };
+    Outcome outcome() const { return m_outcome; }
+    // Targets that answered in the last radio round.
+    int answered() const { return m_poll.answered(); }
     // "Reading hit scores: target 3 of 20 (Esc stops)" during a radio round, "" otherwise.
     std::string progress() const;
     // Told when the window changed of itself (a round's progress, its end), for its view.
@@ -112,6 +117,7 @@ class FrmHitScores : public Window, public TimedMachine {
     ReplyWait m_block;
     Phase m_phase = Phase::Idle;
     Road m_road = Road::None;
+    Outcome m_outcome = Outcome::None;
     TimePoint m_due{};
     std::function<void()> m_changeObserver;
 };
