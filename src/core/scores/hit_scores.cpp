@@ -267,7 +267,11 @@ void FrmHitScores::sendClear(TimePoint) {
 void FrmHitScores::lineLost() {
     const std::string why =
         port() && !port()->lostReason().empty() ? port()->lostReason() : "it would not take the bytes";
-    m_poll.abandon();
+    // A round keeps what it read: the grid shows it.
+    if (m_phase == Phase::Round) {
+        m_poll.abandon();
+        finishRound();
+    }
     m_block.stop();
     stopListening();
     m_phase = Phase::Idle;
