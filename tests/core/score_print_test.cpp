@@ -26,8 +26,8 @@ std::string ranges(const std::vector<int>& rows) {
 
 std::string hiddenRows(const std::vector<int>& heights) {
     std::vector<int> hidden;
-    for (std::size_t i = 1; i < heights.size(); ++i)
-        if (heights[i] == 0) hidden.push_back(static_cast<int>(i));
+    for (int i = 1; i < static_cast<int>(heights.size()); ++i)
+        if (heights[static_cast<std::size_t>(i)] == 0) hidden.push_back(i);
     return ranges(hidden);
 }
 
@@ -94,20 +94,24 @@ class RecordingPrinter : public ScorePrinter {
     }
 };
 
+// OK in the print window, with the range of Option2, or Option1 when `range` is empty.
+std::function<void(frmPrint&)> ok(const std::string& header, const std::string& range) {
+    return [header, range](frmPrint& d) {
+        d.txtHeader = header;
+        d.option2Selected = !range.empty();
+        d.txtRange = range;
+        d.OKButton_Click();
+    };
+}
+
 struct PrintWindow {
     SharedState state;
     ScriptedOperator op;
     RecordingPrinter printer;
     FrmHitScores window{state, nullptr, nullptr, op, nullptr, &printer};
     PrintWindow() { window.Load(); }
-    // Prints with the range of Option2, or Option1 when `range` is empty.
     void print(const std::string& header, const std::string& range = "") {
-        op.script<frmPrint>([header, range](frmPrint& d) {
-            d.txtHeader = header;
-            d.option2Selected = !range.empty();
-            d.txtRange = range;
-            d.OKButton_Click();
-        });
+        op.script<frmPrint>(ok(header, range));
         window.CmdPrint_Click();
     }
 };
@@ -121,8 +125,6 @@ TEST(ScoreSheet, TheFullGridPrintsTwoPagesEachUnderItsHeader) {
                                                        header, "paint 51", "paint 50", "end"}));
     EXPECT_EQ(w.op.log.front(), "show: Print 1-200");
     const GridPicture& first = w.printer.pictures.front();
-    EXPECT_EQ(first.width(), 3000);
-    EXPECT_EQ(first.height(), 52 * 240);
     EXPECT_EQ(first.rows[0].texts, (std::vector<std::string>{"Target Num", "Hit Score"}));
     EXPECT_EQ(first.rows[3].texts, (std::vector<std::string>{"3", "A"}));
     EXPECT_EQ(first.rows.back().texts[0], "200");
@@ -136,48 +138,29 @@ TEST(ScoreSheet, TheFullGridPrintsTwoPagesEachUnderItsHeader) {
 
 TEST(ScoreSheet, NothingIsPrintedAndNoRowIsHiddenWhenThePrintStopsShort) {
     struct Case {
-        std::string what;
-        std::function<void(PrintWindow&)> act;
+        std::function<void(frmPrint&)> dialog;
+        bool cancelDialog, failAtEnd;
         std::string message;  // "" for none
         std::size_t printerCalls;
-    };
-    const Case cases[] = {
-        {"cancelled",
-         [](PrintWindow& w) {
-             w.op.script<frmPrint>([](frmPrint& d) { d.CancelButton_Click(); });
-             w.window.CmdPrint_Click();
-         },
-         "", 0},
-        {"beyond the last row", [](PrintWindow& w) { w.print("", "250"); },
-         "Print range 1 - 250 is not within rows 1 to 200: nothing was printed.", 0},
-        {"below 1", [](PrintWindow& w) { w.print("", "0"); },
-         "Print range 1 - 0 is not within rows 1 to 200: nothing was printed.", 0},
-        {"closed by its close box",
-         [](PrintWindow& w) {
-             w.op.script<frmPrint>([](frmPrint&) {});
-             w.window.CmdPrint_Click();
-         },
-         "The print range \"\" is not a number: nothing was printed.", 0},
-        {"print dialog cancelled",
-         [](PrintWindow& w) {
-             w.printer.cancel = true;
-             w.print("", "10");
-         },
-         "", 1},
-        {"document not written",
-         [](PrintWindow& w) {
-             w.printer.failAtEnd = true;
-             w.print("", "10");
-         },
-         "The score sheet was not printed: the file is write-protected", 4},
+    } const cases[] = {
+        {[](frmPrint& d) { d.CancelButton_Click(); }, false, false, "", 0},
+        {ok("", "250"), false, false, "Print range 1 - 250 is not within rows 1 to 200: nothing was printed.",
+         0},
+        {ok("", "0"), false, false, "Print range 1 - 0 is not within rows 1 to 200: nothing was printed.", 0},
+        {[](frmPrint&) {}, false, false, "The print range \"\" is not a number: nothing was printed.", 0},
+        {ok("", "10"), true, false, "", 1},
+        {ok("", "10"), false, true, "The score sheet was not printed: the file is write-protected", 4},
     };
     for (const Case& c : cases) {
         PrintWindow w;
-        c.act(w);
+        w.printer.cancel = c.cancelDialog;
+        w.printer.failAtEnd = c.failAtEnd;
+        w.op.script<frmPrint>(c.dialog);
+        w.window.CmdPrint_Click();
         const std::string told = w.op.log.size() > 1 ? w.op.log.back() : "";
-        EXPECT_EQ(told, c.message.empty() ? "" : "tell: Halvane: " + c.message) << c.what;
-        EXPECT_EQ(w.printer.log.size(), c.printerCalls) << c.what;
-        EXPECT_EQ(hiddenRows(w.window.RowHeight), "") << c.what;
+        EXPECT_EQ(told, c.message.empty() ? "" : "tell: Halvane: " + c.message) << c.message;
+        EXPECT_EQ(w.printer.log.size(), c.printerCalls) << c.message;
+        EXPECT_EQ(hiddenRows(w.window.RowHeight), "") << c.message;
     }
 
     ScriptedOperator op;
