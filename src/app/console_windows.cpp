@@ -17,6 +17,8 @@
 #include "range/range_running.h"
 #include "range_display_view.h"
 #include "range_running_view.h"
+#include "score_print_view.h"
+#include "scores/score_print.h"
 #include "scores/target_setup.h"
 #include "scores/target_transfer.h"
 #include "setup_dialog_view.h"
@@ -41,6 +43,7 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
     registry.add<frmLiveMode, LiveModeView>();
     registry.add<RangeDisplay, RangeDisplayView>();
     registry.add<frmLM_Setup, TargetSetupView>();
+    registry.add<frmPrint, ScorePrintView>();
     registry.add<frmSerialTarget, SerialTargetView>();
     registry.add<frmRetrieving>([](frmRetrieving& model, QWidget* parent) {
         return std::make_unique<TargetTransferView>(model, frmRetrieving::Caption, frmRetrieving::Label1,

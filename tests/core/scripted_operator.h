@@ -20,6 +20,7 @@
 #include "links/transmitter_windows.h"
 #include "range/range_display.h"
 #include "scores/hit_scores.h"
+#include "scores/score_print.h"
 #include "scores/target_setup.h"
 #include "scores/target_transfer.h"
 
@@ -102,6 +103,7 @@ class ScriptedOperator : public Operator {
         knows<frmLM_Send>([](frmLM_Send&) { return std::string(frmLM_Send::Caption); });
         knows<frmHitScore_Option>(
             [](frmHitScore_Option&) { return std::string(frmHitScore_Option::Caption); });
+        knows<frmPrint>([](frmPrint& d) { return std::string(frmPrint::Caption) + " " + d.Option1.Caption; });
     }
 
   private:
