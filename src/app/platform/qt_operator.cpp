@@ -76,7 +76,8 @@ std::optional<ChosenFile> QtOperator::chooseFile(const FileDialogSetup& setup, b
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
     const QString file = dialog.selectedFiles().first();
-    return ChosenFile{file.toStdString(), QFileInfo(file).fileName().toStdString()};
+    return ChosenFile{file.toStdString(), QFileInfo(file).fileName().toStdString(),
+                      static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1};
 }
 
 std::optional<ChosenFile> QtOperator::chooseOpenFile(const FileDialogSetup& setup) {

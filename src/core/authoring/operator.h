@@ -27,10 +27,12 @@ struct PopupItem {
     bool visible = true;
 };
 
-// What a file dialog gives back: the full name and the name without its folder.
+// What a file dialog gives back: the full name, the name without its folder, and the filter the
+// operator left selected (from 1; 0 when the dialog does not say).
 struct ChosenFile {
     std::string fileName;
     std::string fileTitle;
+    int filterIndex = 0;
 };
 
 class Operator {
