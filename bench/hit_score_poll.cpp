@@ -3,8 +3,10 @@
 // radio, and the time from the click to the last tile is compared with what the line and the targets
 // cannot do faster than.
 //
-//   hit_score_poll answering [--pace] [--turnaround MS]
-//   hit_score_poll silent
+//   hit_score_poll answering [--pace] [--turnaround MS] [--hit-score-window]
+//   hit_score_poll silent [--hit-score-window]
+//
+// With --hit-score-window the hit score window's radio round polls instead of the live window.
 //
 // answering: every target answers after its turnaround (default 5 ms); the floor is, per target, the
 // query's and the reply's line time (with --pace, 2 bytes each at 9600 baud) plus the turnaround.
@@ -18,12 +20,14 @@
 #include <thread>
 
 #include "authoring/shared_state.h"
+#include "links/com_port.h"
 #include "links/hit_score_poll.h"
 #include "links/port_names.h"
 #include "platform/guarded_application.h"
 #include "platform/qt_operator.h"
 #include "platform/qt_serial_port.h"
 #include "range/live_mode.h"
+#include "scores/hit_scores.h"
 #include "sim/devices.h"
 #include "sim/server/sim_server.h"
 
@@ -52,9 +56,11 @@ int main(int argc, char** argv) {
     }
     const bool silent = std::strcmp(argv[1], "silent") == 0;
     bool paced = false;
+    bool scoreWindow = false;
     int turnaroundMs = 5;
     for (int i = 2; i < argc; ++i) {
         if (std::strcmp(argv[i], "--pace") == 0) paced = true;
+        if (std::strcmp(argv[i], "--hit-score-window") == 0) scoreWindow = true;
         if (std::strcmp(argv[i], "--turnaround") == 0 && i + 1 < argc) turnaroundMs = std::atoi(argv[++i]);
     }
 
@@ -80,16 +86,31 @@ int main(int argc, char** argv) {
     app::QtSerialPort port;
     app::QtOperator op;
     NoPositions positions;
-    frmLiveMode window(state, port, names, nullptr, op, positions);
-    window.Load();
-    application.deadlines().add(window);
-
-    const auto started = steady_clock::now();
-    window.BtnGetHitScores_Click(started);
-    while (window.polling()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    const double took = duration<double>(steady_clock::now() - started).count();
-    application.deadlines().remove(window);
-    window.Unload();
+    double took = 0;
+    if (scoreWindow) {
+        // The hit score window's radio round, on the shared port (opened and settled first).
+        ComPortModule comPort(state, port, names, op);
+        comPort.OpenComPort();
+        FrmHitScores window(state, &comPort, nullptr, op);
+        window.Load();
+        application.deadlines().add(window);
+        const auto started = steady_clock::now();
+        window.CmdDownload_Click(started);
+        while (window.busy()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        took = duration<double>(steady_clock::now() - started).count();
+        application.deadlines().remove(window);
+        window.Unload();
+    } else {
+        frmLiveMode window(state, port, names, nullptr, op, positions);
+        window.Load();
+        application.deadlines().add(window);
+        const auto started = steady_clock::now();
+        window.BtnGetHitScores_Click(started);
+        while (window.polling()) QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        took = duration<double>(steady_clock::now() - started).count();
+        application.deadlines().remove(window);
+        window.Unload();
+    }
     server.stop();
     serving.join();
 
@@ -104,9 +125,10 @@ int main(int argc, char** argv) {
         floor = kTargets * (lineTime + turnaroundMs / 1000.0);
     }
     std::printf(
-        "%s poll of %d targets%s%s: %.3f s; floor %.3f s; over the floor by %.2f %% (%.3f ms a target); "
+        "%s%s poll of %d targets%s%s: %.3f s; floor %.3f s; over the floor by %.2f %% (%.3f ms a target); "
         "%d of %d scores as the range holds them\n",
-        silent ? "silent" : "answering", kTargets, paced ? ", paced line" : "",
+        scoreWindow ? "hit score window, " : "live window, ", silent ? "silent" : "answering", kTargets,
+        paced ? ", paced line" : "",
         silent ? "" : (", turnaround " + std::to_string(turnaroundMs) + " ms").c_str(), took, floor,
         (took - floor) / floor * 100, (took - floor) / kTargets * 1000, right, kTargets);
     return right == kTargets ? 0 : 1;

@@ -7,6 +7,7 @@
 #include "console/setup_dialog.h"
 #include "ethernet_setup_dialog.h"
 #include "face_time_dialog.h"
+#include "hit_scores_view.h"
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"
 #include "live_mode_view.h"
@@ -18,6 +19,7 @@
 #include "range_display_view.h"
 #include "range_running_view.h"
 #include "score_print_view.h"
+#include "scores/hit_scores.h"
 #include "scores/score_print.h"
 #include "scores/target_setup.h"
 #include "scores/target_transfer.h"
@@ -42,6 +44,8 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
     registry.add<frmRangeRunning, RangeRunningView>();
     registry.add<frmLiveMode, LiveModeView>();
     registry.add<RangeDisplay, RangeDisplayView>();
+    registry.add<FrmHitScores, HitScoresView>();
+    registry.add<frmHitScore_Option, HitScoreOptionView>();
     registry.add<frmLM_Setup, TargetSetupView>();
     registry.add<frmPrint, ScorePrintView>();
     registry.add<frmSerialTarget, SerialTargetView>();

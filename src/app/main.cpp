@@ -17,9 +17,11 @@
 #include "platform/guarded_application.h"
 #include "platform/qt_operator.h"
 #include "platform/settings_position_store.h"
+#include "score_printer.h"
 #include "simulation/example_program.h"
-#include "simulation/simulated_range_window.h"
 #include "simulation/simulated_range.h"
+#include "simulation/simulated_range_window.h"
+#include "workbook/gsf_workbook_writer.h"
 
 using namespace halvane;
 
@@ -74,6 +76,9 @@ int main(int argc, char** argv) {
     form.attachLinks(&links.comPort(), &links.wifi(), &app::ConsoleLinks::newWindowPort);
     app::MainWindowView window(form);
     op.setParentWindow(&window);
+    GsfWorkbookWriter workbooks;
+    app::ScoreSheetPrinter printer(&window);
+    form.attachScoreOutput(&workbooks, &printer);
     op.setBeforePopup([&window] { window.refresh(); });
     app.setReporter([&op](const std::string& text, bool) { op.critical(text, kAppTitle); });
     app.setAfterFault([&window] { window.refresh(); });

@@ -17,6 +17,10 @@
 #include "links/serial_port.h"
 #include "text/wire_vocabulary.h"
 
+namespace halvane {
+class WorkbookWriter;
+}
+
 namespace halvane::cli {
 
 // `config`: the shared state as read at start-up, one Name=Value line each.
@@ -102,5 +106,20 @@ std::optional<TargetOptions> parseTargetOptions(const std::vector<std::string>& 
 // `target write`: the twelve frames of Save To Target; exit 0 when all went out, 1 when a box cannot
 // become a byte (the frames before it sent) or a carrier failed. 130 after SIGINT or SIGTERM.
 int targetCommand(const TargetOptions& options, SharedState& state);
+
+// What `scores` does: a download by the road named, written in a format, or the clear frame.
+struct ScoresOptions {
+    bool clear = false;
+    std::string from;  // "transmitter" or "radio"
+    CarrierOptions carriers;
+    std::string format = "csv";  // csv, txt or xls
+    std::string output;          // -o FILE; "" for standard output
+};
+std::optional<ScoresOptions> parseScoresOptions(const std::vector<std::string>& args);
+// `scores --from ROAD`: the grid as Save writes it; exit 0, 1 for a failure before any score was read
+// (nothing written) or a link lost during a round (what was read written all the same), 2 for a road
+// the settings do not offer or xls without -o. `scores --clear`: exit 0, 1 when its carrier cannot be
+// reached. 130 after SIGINT or SIGTERM.
+int scoresCommand(const ScoresOptions& options, SharedState& state, WorkbookWriter* workbooks);
 
 }  // namespace halvane::cli

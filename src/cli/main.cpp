@@ -9,6 +9,7 @@
 #include "authoring/program_file.h"
 #include "authoring/startup.h"
 #include "cli/commands.h"
+#include "workbook/gsf_workbook_writer.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -54,7 +55,17 @@ constexpr const char* kUsage =
     "  target write --serial S [--port N | --device PATH] [--wifi HOST:PORT] [Name=Value...]\n"
     "                          write the twelve settings as Save To Target does, the boxes holding\n"
     "                          the given texts (unnamed ones empty); exit 1 when a text cannot\n"
-    "                          become a byte, after the settings before it\n";
+    "                          become a byte, after the settings before it\n"
+    "  scores (--from transmitter | --from radio) [--port N | --device PATH] [--wifi HOST:PORT]\n"
+    "         [--format csv|txt|xls] [-o FILE]\n"
+    "                          download the hit scores by that road as the Read Hit Scores window\n"
+    "                          does, and write its grid as Save writes it (CSV by default, to stdout\n"
+    "                          unless -o; xls needs -o). Exit 1 when nothing was read (No Hit Scores\n"
+    "                          in LMC, no port, no Wi-Fi) or a link was lost during a round (what was\n"
+    "                          read is written all the same); 2 for a road hvn.cfg does not offer\n"
+    "  scores --clear [--port N | --device PATH] [--wifi HOST:PORT]\n"
+    "                          tell every target to clear its score; exit 1 when the carrier cannot\n"
+    "                          be reached\n";
 
 int usage() {
     std::cerr << kUsage;
@@ -132,6 +143,11 @@ int main(int argc, char** argv) {
     if (command == "target") {
         const auto options = cli::parseTargetOptions({args.begin() + 1, args.end()});
         return options ? cli::targetCommand(*options, state) : usage();
+    }
+    if (command == "scores") {
+        const auto options = cli::parseScoresOptions({args.begin() + 1, args.end()});
+        GsfWorkbookWriter workbooks;
+        return options ? cli::scoresCommand(*options, state, &workbooks) : usage();
     }
     if (command == "download") {
         const auto options = cli::parseTransmitterOptions({args.begin() + 1, args.end()}, true);

@@ -32,6 +32,16 @@ class Served {
         m_serving = std::thread([this] { m_server.run(); });
         return path;
     }
+    // The transmitter on a pty, and its path.
+    std::string transmitter(sim::Faults faults = {}) {
+        const auto path = m_server.addPty("transmitter", sim::makeTransmitter(m_range, faults));
+        m_serving = std::thread([this] { m_server.run(); });
+        return path;
+    }
+    // The operator registers `count` hits on the target in `slot`.
+    void hit(int slot, int count) {
+        for (int i = 0; i < count; ++i) m_range.addHit(slot);
+    }
     // The Wi-Fi device on loopback, and its port.
     std::uint16_t wifi(sim::Faults faults) {
         const auto port = m_server.listenTcp([this, faults] { return sim::makeWifiBridge(m_range, faults); });
