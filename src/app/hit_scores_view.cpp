@@ -22,7 +22,8 @@ TimePoint now() {
 }
 }  // namespace
 
-HitScoresView::HitScoresView(FrmHitScores& model, QWidget* parent) : QDialog(parent), m_model(model) {
+HitScoresView::HitScoresView(FrmHitScores& model, QWidget* parent)
+    : QDialog(parent), m_model(model), m_alive(model.lifetime()), m_machine(&model) {
     setObjectName("FrmHitScores");
     setWindowTitle(FrmHitScores::Caption);
     auto* layout = new QVBoxLayout(this);
@@ -75,15 +76,15 @@ HitScoresView::HitScoresView(FrmHitScores& model, QWidget* parent) : QDialog(par
 
     model.setChangeObserver([this] { refresh(); });
     if (auto* app = GuardedApplication::instance()) {
-        app->deadlines().add(model);
+        app->deadlines().add(*m_machine);
         m_onClock = true;
     }
     refresh();
 }
 
 HitScoresView::~HitScoresView() {
-    if (m_onClock) GuardedApplication::instance()->deadlines().remove(m_model);
-    m_model.setChangeObserver({});
+    if (m_onClock) GuardedApplication::instance()->deadlines().remove(*m_machine);
+    if (!m_alive.expired()) m_model.setChangeObserver({});
 }
 
 void HitScoresView::act(const std::function<void()>& handler) {

@@ -4,6 +4,9 @@
 
 #include <QDialog>
 #include <functional>
+#include <memory>
+
+#include "links/timed_machine.h"
 
 class QLabel;
 class QTableWidget;
@@ -31,6 +34,9 @@ class HitScoresView : public QDialog {
     void refresh();
 
     FrmHitScores& m_model;
+    // The model may go first (it lives in the main window's model): these are taken while it is whole.
+    std::weak_ptr<const void> m_alive;
+    TimedMachine* m_machine;
     QTableWidget* m_grid;
     QLabel* m_progress;
     bool m_onClock = false;

@@ -20,6 +20,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTimer>
 #include <QtTest>
 #include <fstream>
@@ -34,6 +35,7 @@
 #include "console/setup_dialog.h"
 #include "face_time_dialog.h"
 #include "grid_table_model.h"
+#include "links/com_port.h"
 #include "links/port_names.h"
 #include "main_window_view.h"
 #include "platform/guarded_application.h"
@@ -866,6 +868,47 @@ class TargetSetupViewTest : public QObject {
     }
 };
 
+// Hit Scores as the operator meets it: the menu opens the window beside the main one, the grid as its
+// load makes it, a radio round's progress, and Esc stopping the round with the grid at one row a target.
+class HitScoresViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void theMenuOpensTheGridAndARoundShowsItsProgressUntilEsc() {
+        SharedState state;
+        state.RadioUSB = state.TypeLMSeries = true;
+        state.NumTargets = 4;
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        PullablePort port;
+        port.present.insert(PortNames::defaultDevice(1));
+        PortNames names;
+        ComPortModule comPort(state, port, names, op);
+        form.attachLinks(&comPort, nullptr);
+        form.Load();
+        form.run("M_HitScores");
+        QWidget* window = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == "FrmHitScores" && w->isVisible()) window = w;
+        QVERIFY(window);
+        auto* grid = window->findChild<QTableWidget*>("Grid");
+        QCOMPARE(grid->rowCount(), 200);
+        QCOMPARE(grid->horizontalHeaderItem(1)->text(), QString("Hit Score"));
+        QCOMPARE(grid->item(199, 0)->text(), QString("200"));
+
+        button(window, "CmdDownload")->click();
+        auto* progress = window->findChild<QLabel*>("progress");
+        QTRY_COMPARE_WITH_TIMEOUT(progress->text(), QString("Reading hit scores: target 2 of 4 (Esc stops)"),
+                                  2000);
+        QTest::keyClick(window, Qt::Key_Escape);
+        QVERIFY(window->isVisible());
+        QCOMPARE(grid->rowCount(), 4);
+        QVERIFY(!progress->isVisible());
+        window->close();
+    }
+};
+
 // One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
@@ -881,10 +924,11 @@ int main(int argc, char** argv) {
     LiveModeViewTest live;
     RangeDisplayViewTest layout;
     TargetSetupViewTest targetSetup;
+    HitScoresViewTest hitScores;
     int failed = 0;
     for (QObject* test :
          std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example, &rangeView, &registry,
-                                         &guard, &run, &live, &layout, &targetSetup}) {
+                                         &guard, &run, &live, &layout, &targetSetup, &hitScores}) {
         failed += QTest::qExec(test, argc, argv);
         // Closing the main window ends the application's event loop, and a loop ended so refuses to
         // run again, the modal dialogs' of the next test too, until the application's own loop has

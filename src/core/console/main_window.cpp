@@ -146,15 +146,25 @@ void Form1::Unload() {
 void Form1::run(std::string_view name) {
     using Command = void (Form1::*)();
     static constexpr std::pair<std::string_view, Command> kCommands[] = {
-        {"M_New", &Form1::M_New},           {"M_Open", &Form1::M_Open},
-        {"M_Close", &Form1::M_Close},       {"M_Save", &Form1::M_Save},
-        {"M_Save_As", &Form1::M_Save_As},   {"M_Exit", &Form1::M_Exit},
-        {"M_Time", &Form1::M_Time},         {"M_Manual", &Form1::M_Manual},
-        {"M_About", &Form1::M_About},       {"M_TargetSetup", &Form1::M_TargetSetup},
-        {"M_Face", &Form1::M_Face},         {"M_Pause", &Form1::M_Pause},
-        {"M_Ethernet", &Form1::M_Ethernet}, {"M_Send", &Form1::M_Send},
-        {"M_Download", &Form1::M_Download}, {"M_Run", &Form1::M_Run},
-        {"M_LiveMode", &Form1::M_LiveMode}, {"M_LM_SETUP", &Form1::M_LM_SETUP},
+        {"M_New", &Form1::M_New},
+        {"M_Open", &Form1::M_Open},
+        {"M_Close", &Form1::M_Close},
+        {"M_Save", &Form1::M_Save},
+        {"M_Save_As", &Form1::M_Save_As},
+        {"M_Exit", &Form1::M_Exit},
+        {"M_Time", &Form1::M_Time},
+        {"M_Manual", &Form1::M_Manual},
+        {"M_About", &Form1::M_About},
+        {"M_TargetSetup", &Form1::M_TargetSetup},
+        {"M_Face", &Form1::M_Face},
+        {"M_Pause", &Form1::M_Pause},
+        {"M_Ethernet", &Form1::M_Ethernet},
+        {"M_Send", &Form1::M_Send},
+        {"M_Download", &Form1::M_Download},
+        {"M_Run", &Form1::M_Run},
+        {"M_LiveMode", &Form1::M_LiveMode},
+        {"M_LM_SETUP", &Form1::M_LM_SETUP},
+        {"M_HitScores", &Form1::M_HitScores},
     };
     for (const auto& [item, command] : kCommands)
         if (item == name) return guarded(command);
