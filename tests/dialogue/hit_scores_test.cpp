@@ -22,7 +22,8 @@ class HitScores : public ::testing::Test {
         device = std::move(on);
         port = std::make_unique<VirtualPort>(*device, VirtualPort::Options{});
         comPort = std::make_unique<ComPortModule>(state, *port, names, op);
-        window = std::make_unique<FrmHitScores>(state, comPort.get(), nullptr, op);
+        window = std::make_unique<FrmHitScores>(state, comPort.get(), nullptr, op, nullptr, nullptr,
+                                                [this] { return port->now; });
         window->Load();
     }
     void download() {
@@ -86,13 +87,21 @@ TEST_F(HitScores, ASilentTransmitterOrABlockWithNoScoresLeavesTheGridAndSaysSo) 
 TEST_F(HitScores, TheRadioRoundGivesOneRowATargetAndLeavesColumnZeroAsItStands) {
     state.RadioUSB = state.RadioLMC = true;
     state.NumTargets = 12;
-    open(sim::makeRadioModem(range, {}));
+    sim::Faults late;
+    late.lateBy = 20ms;  // each target takes a moment to answer
+    open(sim::makeRadioModem(range, late));
     hit(2, 3);
     hit(12, 1);
     state.ReplyHex[5] = "77";  // an earlier score of a target that stays silent keeps its place
     range.withTargets([](auto& targets) { targets[4].serial = 1, targets[4].parameters[6] = 99; });
     window->Grid.setTextMatrix(3, 0, "packed");
-    op.script<frmHitScore_Option>([](frmHitScore_Option& o) { o.cmd_USB_Click(); });
+    // The operator takes a while over the road: the round's waits start when it is chosen (the port
+    // is open already, so no settling hides it).
+    comPort->OpenComPort();
+    op.script<frmHitScore_Option>([this](frmHitScore_Option& o) {
+        port->now += 5s;
+        o.cmd_USB_Click();
+    });
     download();
     EXPECT_EQ(grid(), "1=0 2=3 packed=0 4=0 5=77 6=0 7=0 8=0 9=0 10=0 11=0 12=1");
     EXPECT_EQ(hexBytes(port->written.substr(0, 4)), "FA 01 FA 02");

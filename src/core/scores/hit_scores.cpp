@@ -27,13 +27,14 @@ std::string frame(std::initializer_list<std::uint8_t> bytes) {
 }  // namespace
 
 FrmHitScores::FrmHitScores(SharedState& state, ComPortModule* comPort, WifiLink* wifi, Operator& op,
-                           WorkbookWriter* workbooks, ScorePrinter* printer)
+                           WorkbookWriter* workbooks, ScorePrinter* printer, std::function<TimePoint()> clock)
     : m_state(state),
       m_comPort(comPort),
       m_wifi(wifi),
       m_operator(op),
       m_workbooks(workbooks),
       m_printer(printer),
+      m_clock(std::move(clock)),
       m_poll(state.ReplyHex,
              {[this](int target, TimePoint now) { query(target, now); },
               [this] { return m_state.RadioWiFi && !m_state.RadioUSB && m_wifi && m_wifi->framesWaiting(); },
@@ -96,6 +97,8 @@ void FrmHitScores::CmdDownload_Click(TimePoint now) {
     m_outcome = Outcome::None;
     const Road road = chooseRoad();
     if (road == Road::None) return;
+    // The road's dialog may have stood for a while: the waits start from now, not from the click.
+    if (m_state.RadioLMC && (m_state.RadioUSB || m_state.RadioWiFi)) now = m_clock();
     bool settle = false;
     // Opened for the transmitter or the serial radio whichever road was chosen; a port that will not
     // open stops only a road that needs it, after its message.
@@ -233,6 +236,7 @@ void FrmHitScores::CmdClear_Click(TimePoint now) {
     if (busy()) return;
     m_outcome = Outcome::None;
     if (m_operator.ask("Clear Scores from Targets?", kAppTitle, Buttons::OkCancel) != Answer::Ok) return;
+    now = m_clock();
     if (m_state.RadioUSB) {
         bool settle = false;
         if (!openPort(true, settle)) {

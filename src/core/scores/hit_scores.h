@@ -40,8 +40,11 @@ class FrmHitScores : public Window, public TimedMachine {
     static constexpr int kGridRows = 201;
     static constexpr int kDefaultRowHeight = 240;  // twips
 
-    FrmHitScores(SharedState& state, ComPortModule* comPort, WifiLink* wifi, Operator& op,
-                 WorkbookWriter* workbooks = nullptr, ScorePrinter* printer = nullptr);
+    // `clock` gives the time again after a question or dialog, which may have stood for a while.
+    FrmHitScores(
+        SharedState& state, ComPortModule* comPort, WifiLink* wifi, Operator& op,
+        WorkbookWriter* workbooks = nullptr, ScorePrinter* printer = nullptr,
+        std::function<TimePoint()> clock = [] { return SteadyClock::now(); });
     ~FrmHitScores() override;
 
     Control CmdDownload{"Download", true, true, 0, 0, 0, 0};
@@ -113,6 +116,7 @@ class FrmHitScores : public Window, public TimedMachine {
     Operator& m_operator;
     WorkbookWriter* m_workbooks;
     ScorePrinter* m_printer;
+    std::function<TimePoint()> m_clock;
     HitScorePoll m_poll;
     ReplyWait m_block;
     Phase m_phase = Phase::Idle;
