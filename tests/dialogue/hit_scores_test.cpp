@@ -18,9 +18,9 @@ using namespace std::chrono_literals;
 class HitScores : public ::testing::Test {
   protected:
     // `device`: the simulated device on the shared line.
-    void open(std::unique_ptr<sim::Device> on) {
+    void open(std::unique_ptr<sim::Device> on, VirtualPort::Options options = {}) {
         device = std::move(on);
-        port = std::make_unique<VirtualPort>(*device, VirtualPort::Options{});
+        port = std::make_unique<VirtualPort>(*device, options);
         comPort = std::make_unique<ComPortModule>(state, *port, names, op);
         window = std::make_unique<FrmHitScores>(state, comPort.get(), nullptr, op, nullptr, nullptr,
                                                 [this] { return port->now; });
@@ -136,6 +136,20 @@ TEST_F(HitScores, ARoundCanBeStoppedASecondDownloadIsIgnoredAndClearAsksFirst) {
     window->CmdClear_Click(port->now);
     EXPECT_EQ(hexBytes(port->written), "FB E7");
     EXPECT_EQ(op.log.back(), "ask: Halvane: Clear Scores from Targets?");
+}
+
+TEST_F(HitScores, ALineLostDuringARoundIsToldOnceAndKeepsWhatWasRead) {
+    state.RadioUSB = true;
+    state.NumTargets = 6;
+    hit(1, 4);
+    hit(2, 5);
+    hit(3, 6);
+    open(sim::makeRadioModem(range, {}), {false, 2});  // unplugged after the second reply
+    download();
+    EXPECT_EQ(window->outcome(), FrmHitScores::Outcome::LineLost);
+    EXPECT_EQ(grid(), "1=4 2=5 3= 4= 5= 6=");
+    EXPECT_EQ(op.log.back(),
+              "tell: Halvane: Comm Port 1: the line went away (unplugged). The scores read so far stay.");
 }
 
 TEST(HitScoresPort, APortThatWillNotOpenStopsTheDownloadAfterItsMessage) {
