@@ -8,6 +8,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "dialog_parts.h"
 #include "platform/guarded_application.h"
 #include "scores/score_print.h"
 
@@ -42,16 +43,10 @@ ScorePrintView::ScorePrintView(frmPrint& model, QWidget* parent) : QDialog(paren
     range->addStretch();
     layout->addWidget(frame);
 
-    auto* buttons = new QHBoxLayout;
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("OKButton");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("CancelButton");
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons);
+    const OkCancel buttons = okCancelRow();
+    QPushButton* ok = buttons.ok;
+    QPushButton* cancel = buttons.cancel;
+    layout->addLayout(buttons.row);
 
     connect(ok, &QPushButton::clicked, this, [this] {
         GuardedApplication::handle([this] {

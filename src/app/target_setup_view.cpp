@@ -10,6 +10,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include "dialog_parts.h"
 #include "platform/guarded_application.h"
 #include "scores/target_setup.h"
 
@@ -116,16 +117,10 @@ SerialTargetView::SerialTargetView(frmSerialTarget& model, QWidget* parent)
     form->addRow("Serial Number", m_serial);
     form->addRow("Target Number", m_number);
     layout->addLayout(form);
-    auto* buttons = new QHBoxLayout;
-    auto* ok = new QPushButton("OK");
-    ok->setObjectName("OKButton");
-    ok->setDefault(true);
-    auto* cancel = new QPushButton("Cancel");
-    cancel->setObjectName("CancelButton");
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons);
+    const OkCancel buttons = okCancelRow();
+    QPushButton* ok = buttons.ok;
+    QPushButton* cancel = buttons.cancel;
+    layout->addLayout(buttons.row);
     connect(ok, &QPushButton::clicked, this, [this] {
         GuardedApplication::handle([this] {
             m_model.txtSerialNum = m_serial->text().toStdString();

@@ -651,6 +651,16 @@ class PullablePort : public halvane::testing::FakeSerialPort {
     }
 };
 
+// Each window port the form makes is present on port 1; `port` follows the last one made.
+void attachPullablePorts(Form1& form, PullablePort*& port) {
+    form.attachLinks(nullptr, nullptr, [&port] {
+        auto made = std::make_unique<PullablePort>();
+        made->present.insert(PortNames::defaultDevice(1));
+        port = made.get();
+        return made;
+    });
+}
+
 QPushButton* button(QWidget* window, const char* name) {
     return window->findChild<QPushButton*>(name);
 }
@@ -678,12 +688,7 @@ class RangeRunningViewTest : public QObject {
         halvane::testing::MemoryPositionStore positions;
         Form1 form(state, op, positions);
         PullablePort* port = nullptr;
-        form.attachLinks(nullptr, nullptr, [&port] {
-            auto made = std::make_unique<PullablePort>();
-            made->present.insert(PortNames::defaultDevice(1));
-            port = made.get();
-            return made;
-        });
+        attachPullablePorts(form, port);
         form.Load();
         QVERIFY(form.LoadProgram({program, "two.hvn"}));
 
@@ -737,12 +742,7 @@ class LiveModeViewTest : public QObject {
         halvane::testing::MemoryPositionStore positions;
         Form1 form(state, op, positions);
         PullablePort* port = nullptr;
-        form.attachLinks(nullptr, nullptr, [&port] {
-            auto made = std::make_unique<PullablePort>();
-            made->present.insert(PortNames::defaultDevice(1));
-            port = made.get();
-            return made;
-        });
+        attachPullablePorts(form, port);
         form.Load();
 
         std::string commanded;
@@ -838,12 +838,7 @@ class TargetSetupViewTest : public QObject {
         halvane::testing::MemoryPositionStore positions;
         Form1 form(state, op, positions);
         PullablePort* port = nullptr;
-        form.attachLinks(nullptr, nullptr, [&port] {
-            auto made = std::make_unique<PullablePort>();
-            made->present.insert(PortNames::defaultDevice(1));
-            port = made.get();
-            return made;
-        });
+        attachPullablePorts(form, port);
         form.Load();
         QStringList tabs;
         int targetNumbers = 0;
