@@ -10,8 +10,10 @@
 #include "hit_scores_view.h"
 #include "links/ethernet_setup.h"
 #include "links/transmitter_windows.h"
+#include "links/port_search.h"
 #include "live_mode_view.h"
 #include "platform/window_registry.h"
+#include "port_search_view.h"
 #include "program_setup_dialog.h"
 #include "range/live_mode.h"
 #include "range/range_display.h"
@@ -57,6 +59,7 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
         return std::make_unique<TargetTransferView>(model, frmLM_Send::Caption, frmLM_Send::Label1,
                                                     frmLM_Send::Label2, parent);
     });
+    registry.add<frmCommPorts, PortSearchView>();
     registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
 }
 

@@ -122,4 +122,8 @@ std::optional<ScoresOptions> parseScoresOptions(const std::vector<std::string>& 
 // reached. 130 after SIGINT or SIGTERM.
 int scoresCommand(const ScoresOptions& options, SharedState& state, WorkbookWriter* workbooks);
 
+// `ports`: the port search as its window runs it, then Finding=, Selected=, ComPort= and Present=; with
+// `save`, OK: exit 1 when no port is selected or hvn.cfg cannot be written.
+int portsCommand(bool save, SharedState& state);
+
 }  // namespace halvane::cli

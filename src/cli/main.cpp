@@ -65,7 +65,12 @@ constexpr const char* kUsage =
     "                          read is written all the same); 2 for a road hvn.cfg does not offer\n"
     "  scores --clear [--port N | --device PATH] [--wifi HOST:PORT]\n"
     "                          tell every target to clear its score; exit 1 when the carrier cannot\n"
-    "                          be reached\n";
+    "                          be reached\n"
+    "  ports [--save]          search ports 1-16 for the transmitter and the radio as the Com Ports\n"
+    "                          window does, and print Finding= (the window's finding), Selected= (the\n"
+    "                          port selected, 0 for none), ComPort= (where the search leaves it) and\n"
+    "                          Present= (the ports that exist); --save then presses OK, storing the\n"
+    "                          selected port in hvn.cfg (exit 1 when none is selected)\n";
 
 int usage() {
     std::cerr << kUsage;
@@ -149,6 +154,8 @@ int main(int argc, char** argv) {
         GsfWorkbookWriter workbooks;
         return options ? cli::scoresCommand(*options, state, &workbooks) : usage();
     }
+    if (command == "ports" && (args.size() == 1 || (args.size() == 2 && args[1] == "--save")))
+        return cli::portsCommand(args.size() == 2, state);
     if (command == "download") {
         const auto options = cli::parseTransmitterOptions({args.begin() + 1, args.end()}, true);
         return options ? cli::downloadCommand(*options, state) : usage();

@@ -17,6 +17,7 @@
 #include "console/main_window.h"
 #include "console/setup_dialog.h"
 #include "links/ethernet_setup.h"
+#include "links/port_search.h"
 #include "links/transmitter_windows.h"
 #include "range/range_display.h"
 #include "scores/hit_scores.h"
@@ -103,6 +104,7 @@ class ScriptedOperator : public Operator {
         knows<frmLM_Send>([](frmLM_Send&) { return std::string(frmLM_Send::Caption); });
         knows<frmHitScore_Option>(
             [](frmHitScore_Option&) { return std::string(frmHitScore_Option::Caption); });
+        knows<frmCommPorts>([](frmCommPorts&) { return std::string(frmCommPorts::Caption); });
         knows<frmPrint>([](frmPrint& d) { return std::string(frmPrint::Caption) + " " + d.Option1.Caption; });
     }
 

@@ -165,6 +165,7 @@ void Form1::run(std::string_view name) {
         {"M_LiveMode", &Form1::M_LiveMode},
         {"M_LM_SETUP", &Form1::M_LM_SETUP},
         {"M_HitScores", &Form1::M_HitScores},
+        {"M_ComPort", &Form1::M_ComPort},
     };
     for (const auto& [item, command] : kCommands)
         if (item == name) return guarded(command);

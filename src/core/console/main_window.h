@@ -60,6 +60,7 @@ class Form1 {
     void M_LiveMode();
     void M_LM_SETUP();
     void M_HitScores();
+    void M_ComPort();
 
     // The device links the window reaches: the shared serial line and the Wi-Fi link. The run and
     // live windows open serial ports of their own, which the platform makes.

@@ -15,6 +15,7 @@ void Form1::M_HitScores() {
         m_hitScores =
             std::make_unique<FrmHitScores>(m_state, m_comPort, m_wifi, m_operator, m_workbooks, m_printer);
         m_hitScores->Load();
+        m_hitScores->portSearch = [this] { run("M_ComPort"); };
     }
     m_operator.show(*m_hitScores, Modality::Modeless);
 }

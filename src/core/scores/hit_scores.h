@@ -66,8 +66,11 @@ class FrmHitScores : public Window, public TimedMachine {
     void CmdClear_Click(TimePoint now);
     void CmdPrint_Click();
     void CmdSave_Click();
-    // The port search comes with its own window; until then the item does nothing.
-    void M_Config_Click() {}
+    // The port search, as the main window shows it.
+    void M_Config_Click() {
+        if (portSearch) portSearch();
+    }
+    std::function<void()> portSearch;
     // Esc: stops a radio round, keeping the scores read so far.
     void Escape();
     void Unload();
