@@ -31,6 +31,7 @@
 #include "../core/scripted_operator.h"
 #include "../core/temp_dir.h"
 #include "authoring/face_time.h"
+#include "authoring/profile_file.h"
 #include "console/main_window.h"
 #include "console/setup_dialog.h"
 #include "face_time_dialog.h"
@@ -901,6 +902,59 @@ class HitScoresViewTest : public QObject {
         QCOMPARE(grid->rowCount(), 4);
         QVERIFY(!progress->isVisible());
         window->close();
+    }
+
+    // Configure in the hit score window opens the port search, which paints and says what it asks
+    // while it searches, then offers the ports; OK keeps the radio's port.
+    void configureOpensThePortSearchWhichPaintsWhileItAsks() {
+        halvane::testing::TempDir dir;
+        SharedState state;
+        state.RadioUSB = state.TypeLMSeries = true;
+        state.ConfigFile = (dir.path() / "hvn.cfg").string();
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        // Ports 2 and 5 exist; the radio on 5 answers its escape.
+        struct RadioPort : halvane::testing::FakeSerialPort {
+            RadioPort() { present = {PortNames::defaultDevice(2), PortNames::defaultDevice(5)}; }
+            bool write(std::string_view bytes) override {
+                if (bytes == "+++" && opened == PortNames::defaultDevice(5))
+                    QTimer::singleShot(20, [this] { receive("OK\r"); });
+                return FakeSerialPort::write(bytes);
+            }
+        } shared;
+        PortNames names;
+        ComPortModule comPort(state, shared, names, op);
+        form.attachLinks(&comPort, nullptr, [] { return std::make_unique<RadioPort>(); });
+        form.Load();
+        form.run("M_HitScores");
+        QWidget* scores = nullptr;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == "FrmHitScores" && w->isVisible()) scores = w;
+        QVERIFY(scores);
+        QString asking, finding;
+        QStringList captions;
+        bool absentDisabled = false, radioChecked = false;
+        whenModal([&](QWidget* window) {
+            QTRY_COMPARE_WITH_TIMEOUT(window->findChild<QLabel*>("asking")->text(),
+                                      QString("Asking Com 2, Com 5 for a transmitter"), 2000);
+            asking = window->findChild<QLabel*>("asking")->text();
+            QTRY_VERIFY_WITH_TIMEOUT(button(window, "OKButton")->isEnabled(), 3000);
+            finding = window->findChild<QLabel*>("Label1")->text();
+            for (const int port : {1, 14, 15})
+                captions << window->findChild<QRadioButton*>(QString("Option1_%1").arg(port))->text();
+            absentDisabled = !window->findChild<QRadioButton*>("Option1_3")->isEnabled();
+            radioChecked = window->findChild<QRadioButton*>("Option1_5")->isChecked();
+            button(window, "OKButton")->click();
+        });
+        scores->findChild<QAction*>("M_Config")->trigger();
+        QCOMPARE(asking, QString("Asking Com 2, Com 5 for a transmitter"));
+        QCOMPARE(finding, QString("Radio Found on Com Port  5"));
+        QCOMPARE(captions, QStringList({"Com 1", "Com 14", "Com15"}));
+        QVERIFY(absentDisabled && radioChecked);
+        QCOMPARE(state.ComPort, std::int16_t{5});
+        QCOMPARE(QString::fromStdString(ReadIni(state.ConfigFile, "Settings", "ComPort")), QString("5"));
+        scores->close();
     }
 };
 

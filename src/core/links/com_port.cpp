@@ -34,13 +34,4 @@ void ComPortModule::CloseComPort() {
     m_port.close();
 }
 
-void ComPortModule::ScanComPorts() {
-    CloseComPort();
-    for (int port = kFirstPort; port <= kLastPort; ++port) {
-        const bool present = m_port.open(m_names.device(port));
-        if (present) m_port.close();
-        m_state.PortPresent[static_cast<std::size_t>(port)] = present;
-    }
-}
-
 }  // namespace halvane

@@ -19,8 +19,6 @@ class ComPortModule {
     // operator is told "Comm Port n in use or invalid" and the port stays closed.
     void OpenComPort();
     void CloseComPort();
-    // Fills PortPresent: a port that opens is left closed and counts as present. ComPort is untouched.
-    void ScanComPorts();
     bool PortOpen() const { return m_port.isOpen(); }
     SerialPort& port() { return m_port; }
     PortNames& names() { return m_names; }

@@ -14,15 +14,18 @@ struct PortProbes::Probe {
     Step step = Step::Waiting;
     TimePoint due{};
     std::string heard;  // what came since the question, up to the answer's length
+    bool opened = false;
     bool answered = false;
     std::string failure;
 
     bool inFlight() const { return step == Step::Settling || step == Step::Listening; }
 };
 
-PortProbes::PortProbes(ProbeQuestion question, std::vector<int> ports, const PortNames& names,
-                       PortFactory newPort, std::function<TimePoint()> clock, int atOnce)
+PortProbes::PortProbes(ProbeQuestion question, Opening opening, std::vector<int> ports,
+                       const PortNames& names, PortFactory newPort, std::function<TimePoint()> clock,
+                       int atOnce)
     : m_question(std::move(question)),
+      m_opening(opening),
       m_names(names),
       m_newPort(std::move(newPort)),
       m_clock(std::move(clock)),
@@ -47,17 +50,22 @@ void PortProbes::start(TimePoint now) {
     launch(now);
 }
 
-void PortProbes::launch(TimePoint now) {
-    auto inFlight =
+bool PortProbes::mayLaunch() const {
+    const auto inFlight =
         std::count_if(m_probes.begin(), m_probes.end(), [](const auto& p) { return p->inFlight(); });
-    while (inFlight < m_atOnce && m_next < m_probes.size()) {
+    return inFlight < m_atOnce && m_next < m_probes.size();
+}
+
+void PortProbes::launch(TimePoint now) {
+    while (mayLaunch()) {
         Probe& probe = *m_probes[m_next++];
         probe.serial = m_newPort ? m_newPort() : nullptr;
         // Opened as the shared port is opened: no handshake lines, nothing left over in either buffer.
         if (!probe.serial || !probe.serial->open(m_names.device(probe.port))) {
-            finish(probe, ComPortModule::inUseMessage(probe.port));
+            finish(probe, m_opening == Opening::Told ? ComPortModule::inUseMessage(probe.port) : "");
             continue;
         }
+        probe.opened = true;
         probe.serial->setRts(false);
         probe.serial->setDtr(false);
         probe.serial->dropInput();
@@ -66,11 +74,10 @@ void PortProbes::launch(TimePoint now) {
                               [this, &probe](const std::string& why) {
                                   finish(probe, "Comm Port " + std::to_string(probe.port) +
                                                     ": the line went away (" + why + ") during the search.");
-                                  launch(m_clock());
                               }});
         probe.step = Probe::Step::Settling;
         probe.due = now + kSettle;
-        ++inFlight;
+        return;
     }
 }
 
@@ -96,7 +103,6 @@ void PortProbes::received(Probe& probe, std::string_view bytes) {
     if (probe.heard.size() < length) return;
     probe.answered = probe.heard == m_question.answer;
     finish(probe);
-    launch(m_clock());
 }
 
 void PortProbes::finish(Probe& probe, std::string failure) {
@@ -112,6 +118,7 @@ void PortProbes::finish(Probe& probe, std::string failure) {
 }
 
 std::optional<TimePoint> PortProbes::nextDeadline() const {
+    if (mayLaunch()) return TimePoint{};
     std::optional<TimePoint> next;
     for (const auto& probe : m_probes)
         if (probe->inFlight() && (!next || probe->due < *next)) next = probe->due;
@@ -119,12 +126,15 @@ std::optional<TimePoint> PortProbes::nextDeadline() const {
 }
 
 void PortProbes::onTime(TimePoint now) {
+    bool closed = false;
     for (auto& probe : m_probes) {
         if (!probe->inFlight() || probe->due > now) continue;
-        if (probe->step == Probe::Step::Settling)
+        if (probe->step == Probe::Step::Settling) {
             ask(*probe, now);
-        else
+        } else if (!closed) {
             finish(*probe);  // silence, or not enough of an answer in time
+            closed = true;
+        }
     }
     launch(now);
 }
@@ -132,6 +142,13 @@ void PortProbes::onTime(TimePoint now) {
 bool PortProbes::done() const {
     return m_next == m_probes.size() &&
            std::none_of(m_probes.begin(), m_probes.end(), [](const auto& p) { return p->inFlight(); });
+}
+
+std::vector<int> PortProbes::opened() const {
+    std::vector<int> ports;
+    for (const auto& probe : m_probes)
+        if (probe->opened) ports.push_back(probe->port);
+    return ports;
 }
 
 std::vector<int> PortProbes::answered() const {

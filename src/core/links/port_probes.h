@@ -3,7 +3,8 @@
 // left still for a tenth of a second, asked, and given a fixed time for the answer that names the
 // device; then it is closed. Several ports may be asked at once: what each device hears, what counts
 // as its answer and which ports answered are the same as when they are asked one by one in rising
-// order, only the waits overlap.
+// order, only the waits overlap. Opening or closing a port can take milliseconds, so each call does at
+// most one of each and leaves the rest due at once: the window paints between them.
 
 #include <chrono>
 #include <functional>
@@ -35,10 +36,14 @@ class PortProbes : public TimedMachine {
     using PortFactory = std::function<std::unique_ptr<SerialPort>()>;
     static constexpr std::chrono::milliseconds kSettle{100};
 
+    // What a port that will not open means: a failure the operator is told, or, when the opening is
+    // also the scan of which ports exist, a port that is absent.
+    enum class Opening { Told, Scan };
+
     // `ports` in rising order; at most `atOnce` are asked at the same time (1: one by one). The clock
     // stamps what comes off the lines: a character that comes after its port's time is up is no answer.
-    PortProbes(ProbeQuestion question, std::vector<int> ports, const PortNames& names, PortFactory newPort,
-               std::function<TimePoint()> clock, int atOnce);
+    PortProbes(ProbeQuestion question, Opening opening, std::vector<int> ports, const PortNames& names,
+               PortFactory newPort, std::function<TimePoint()> clock, int atOnce);
     ~PortProbes() override;
     PortProbes(const PortProbes&) = delete;
     PortProbes& operator=(const PortProbes&) = delete;
@@ -48,6 +53,8 @@ class PortProbes : public TimedMachine {
     void onTime(TimePoint now) override;
 
     bool done() const;
+    // The ports that opened, rising.
+    std::vector<int> opened() const;
     // The ports whose device gave the answer, rising.
     std::vector<int> answered() const;
     // The ports that could not be asked, rising, each with what the operator is to be told.
@@ -57,12 +64,15 @@ class PortProbes : public TimedMachine {
 
   private:
     struct Probe;
+    // Opens the next port to ask, if one may be asked now.
     void launch(TimePoint now);
+    bool mayLaunch() const;
     void ask(Probe& probe, TimePoint now);
     void received(Probe& probe, std::string_view bytes);
     void finish(Probe& probe, std::string failure = {});
 
     ProbeQuestion m_question;
+    Opening m_opening;
     const PortNames& m_names;
     PortFactory m_newPort;
     std::function<TimePoint()> m_clock;

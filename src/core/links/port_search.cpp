@@ -40,19 +40,23 @@ std::optional<TimePoint> frmCommPorts::nextDeadline() const {
 void frmCommPorts::onTime(TimePoint now) {
     if (m_timer1) {
         if (now < *m_timer1) return;
-        // Timer1 runs once.
+        // Timer1 runs once. The shared port is closed; each port is opened by a probe of its own.
         m_timer1.reset();
-        m_comPort.ScanComPorts();
+        m_comPort.CloseComPort();
         m_comPortBefore = m_state.ComPort;
-        std::vector<int> present;
-        for (int port = kFirstPort; port <= kLastPort; ++port)
-            if (m_state.PortPresent[static_cast<std::size_t>(port)]) present.push_back(port);
-        startRound(kTransmitterProbe, present, now);
+        std::vector<int> all;
+        for (int port = kFirstPort; port <= kLastPort; ++port) all.push_back(port);
+        startRound(kTransmitterProbe, PortProbes::Opening::Scan, all, now);
     } else if (m_round) {
         m_round->onTime(now);
     }
     while (m_round && m_round->done()) {
         // Each finding overwrites the one before, so of several ports that answer the highest wins.
+        if (m_stage == Stage::Transmitter) {
+            m_state.PortPresent.fill(false);
+            for (const int port : m_round->opened())
+                m_state.PortPresent[static_cast<std::size_t>(port)] = true;
+        }
         const std::vector<int> answered = m_round->answered();
         std::int16_t& finding = m_stage == Stage::Transmitter ? m_state.PortVer : m_state.PortOk;
         if (!answered.empty()) finding = static_cast<std::int16_t>(answered.back());
@@ -67,16 +71,17 @@ void frmCommPorts::onTime(TimePoint now) {
         }
         m_finished.push_back(std::move(m_round));
         if (m_stage == Stage::Transmitter)
-            startRound(kRadioProbe, next, now);
+            startRound(kRadioProbe, PortProbes::Opening::Told, next, now);
         else
             endSearch();
     }
 }
 
-void frmCommPorts::startRound(const ProbeQuestion& question, std::vector<int> ports, TimePoint now) {
+void frmCommPorts::startRound(const ProbeQuestion& question, PortProbes::Opening opening,
+                              std::vector<int> ports, TimePoint now) {
     m_stage = &question == &kTransmitterProbe ? Stage::Transmitter : Stage::Radio;
-    m_round = std::make_unique<PortProbes>(question, std::move(ports), m_comPort.names(), m_newPort, m_clock,
-                                           m_atOnce);
+    m_round = std::make_unique<PortProbes>(question, opening, std::move(ports), m_comPort.names(), m_newPort,
+                                           m_clock, m_atOnce);
     m_round->start(now);
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 // frmCommPorts, "Com Ports": half a second after it opens, the window finds which of the ports 1-16
 // exist, asks each for a transmitter and then for a radio, and offers the ports with the finding; OK
-// keeps the port chosen in hvn.cfg. Unlike the window it replaces, it keeps painting while it asks,
-// and asks all ports at once, which the devices cannot tell from being asked one by one.
+// keeps the port chosen in hvn.cfg. It keeps painting while it asks, and asks all ports at once, which
+// the devices cannot tell from being asked one by one. A port is found to exist by the opening for its
+// first question: a device sees the same bytes as when the scan opened and closed it before.
 
 #include <array>
 #include <chrono>
@@ -63,7 +64,8 @@ class frmCommPorts : public Window, public TimedMachine {
 
   private:
     enum class Stage { Loaded, Transmitter, Radio, Choosing, Closed };
-    void startRound(const ProbeQuestion& question, std::vector<int> ports, TimePoint now);
+    void startRound(const ProbeQuestion& question, PortProbes::Opening opening, std::vector<int> ports,
+                    TimePoint now);
     void endSearch();
 
     SharedState& m_state;
