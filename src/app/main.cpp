@@ -7,7 +7,9 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <algorithm>
+#include <cstdio>
 #include <memory>
+#include <string_view>
 
 #include "authoring/about_box.h"
 #include "authoring/startup.h"
@@ -26,6 +28,12 @@
 using namespace halvane;
 
 int main(int argc, char** argv) {
+    // The version needs no display: asked for on a machine without one, it still answers.
+    for (int i = 1; i < argc; ++i)
+        if (std::string_view(argv[i]) == "--version" || std::string_view(argv[i]) == "-v") {
+            std::printf("halvane %s\n", HALVANE_VERSION);
+            return 0;
+        }
     app::GuardedApplication app(argc, argv);
     QApplication::setApplicationName("Halvane");
     QApplication::setApplicationVersion(HALVANE_VERSION);

@@ -22,6 +22,9 @@ namespace {
 
 constexpr const char* kUsage =
     "usage: halvane-cli [--config FILE] COMMAND [ARGS]\n"
+    "       halvane-cli --help | --version\n"
+    "Drives the console's windows from the command line: the settings of hvn.cfg, Program files, the\n"
+    "transmitter, the range, the targets and the ports.\n"
     "commands:\n"
     "  config                  the settings read from hvn.cfg, one Name=Value per line\n"
     "  grid PROGRAM.hvn        the Program grid, one row per line, cells as text@colour\n"
@@ -96,6 +99,10 @@ int main(int argc, char** argv) {
     if (args.empty()) return usage();
     if (args[0] == "--help" || args[0] == "-h") {
         std::cout << kUsage;
+        return 0;
+    }
+    if (args[0] == "--version") {
+        std::cout << "halvane-cli " HALVANE_VERSION "\n";
         return 0;
     }
 

@@ -18,6 +18,7 @@ PosixSerialPort::~PosixSerialPort() {
 bool PosixSerialPort::open(const std::string& deviceName) {
     if (m_fd >= 0) return false;
     const int fd = ::open(deviceName.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    m_denied = fd < 0 && (errno == EACCES || errno == EPERM);
     if (fd < 0) {
         m_error = std::strerror(errno);
         return false;

@@ -24,6 +24,7 @@ class PosixSerialPort : public SerialPort {
     void dropOutput() override;
     void setRts(bool on) override;
     void setDtr(bool on) override;
+    bool deniedToUser() const override { return m_denied; }
 
     // Waits until bytes can be read or `timeout` has passed, and delivers them. A line found gone is
     // reported lost.
@@ -42,6 +43,7 @@ class PosixSerialPort : public SerialPort {
     int m_fd = -1;
     std::string m_name;
     std::string m_error;
+    bool m_denied = false;
 };
 
 }  // namespace halvane::cli

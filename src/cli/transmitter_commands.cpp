@@ -64,7 +64,8 @@ std::optional<std::string> openPort(const TransmitterOptions& options, const Sha
         return device;
     if (options.device.empty())
         std::cerr << ComPortModule::inUseMessage(number) << " (" << (device.empty() ? "no device" : device)
-                  << ": " << port.error() << ")\n";
+                  << ": " << port.error() << ")\n"
+                  << (port.deniedToUser() ? std::string(ComPortModule::kPermissionHint) + "\n" : "");
     else
         std::cerr << "Cannot open " << device << ": " << port.error() << '\n';
     return std::nullopt;

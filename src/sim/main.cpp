@@ -47,7 +47,8 @@ constexpr const char* kUsage =
     "                          split           every reply comes in two pieces, 50 ms apart\n"
     "                          drop-after=N    the Wi-Fi device hangs up after N frames\n"
     "  --quiet                 no log\n"
-    "  --help                  this text\n";
+    "  --help                  this text\n"
+    "  --version               the name and the version\n";
 
 const std::vector<std::string> kPtyDevices = {"transmitter", "radio", "line"};
 
@@ -110,6 +111,10 @@ int main(int argc, char** argv) {
         const std::string_view arg = args[i];
         if (arg == "--help" || arg == "-h") {
             std::cout << kUsage;
+            return 0;
+        }
+        if (arg == "--version") {
+            std::cout << "halvane-sim " HALVANE_VERSION "\n";
             return 0;
         }
         if (arg == "--pace" || arg == "--no-pace") {

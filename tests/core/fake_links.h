@@ -48,6 +48,8 @@ class FakeSerialPort : public SerialPort {
     // Bytes from the device, handed to whoever listens.
     void receive(std::string_view bytes) { deliver(bytes); }
     int inputDrops = 0;
+    bool denied = false;  // a device this user may not open
+    bool deniedToUser() const override { return denied; }
     void setRts(bool on) override { calls.push_back(on ? "RTS on" : "RTS off"); }
     void setDtr(bool on) override { calls.push_back(on ? "DTR on" : "DTR off"); }
     // The device goes away under the open port.

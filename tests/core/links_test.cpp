@@ -67,6 +67,13 @@ TEST(ComPort, OpensOnComPortTellsWhenItCannotAndScansWithoutTouchingComPort) {
     module.OpenComPort();
     EXPECT_FALSE(module.PortOpen());
     EXPECT_EQ(op.log.back(), "tell: Halvane: Comm Port 17 in use or invalid");
+    // A device the user may not open: the same text first, then how to get the permission.
+    port.denied = true;
+    module.OpenComPort();
+    EXPECT_EQ(op.log.back(), "tell: Halvane: Comm Port 17 in use or invalid\n" +
+                                 std::string(ComPortModule::kPermissionHint));
+    op.log.pop_back();
+    port.denied = false;
     state.ComPort = 3;
     port.input = "stale";
     module.OpenComPort();

@@ -1,5 +1,9 @@
 #include "platform/qt_serial_port.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+
 namespace halvane::app {
 
 QtSerialPort::QtSerialPort(QObject* parent) : QObject(parent) {
@@ -27,7 +31,14 @@ bool QtSerialPort::open(const std::string& deviceName) {
     m_port.setParity(QSerialPort::NoParity);
     m_port.setStopBits(QSerialPort::OneStop);
     m_port.setFlowControl(QSerialPort::NoFlowControl);
-    if (!m_port.open(QIODevice::ReadWrite)) return false;
+    // The adapter reports a port held by another program as a want of permission too: the device's
+    // own mode decides which it was.
+    m_denied = false;
+    if (!m_port.open(QIODevice::ReadWrite)) {
+        m_denied = m_port.error() == QSerialPort::PermissionError &&
+                   ::access(deviceName.c_str(), R_OK | W_OK) != 0 && errno == EACCES;
+        return false;
+    }
     m_deviceName = deviceName;
     clearLost();
     return true;

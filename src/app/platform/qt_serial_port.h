@@ -22,10 +22,12 @@ class QtSerialPort : public QObject, public SerialPort {
     void dropOutput() override;
     void setRts(bool on) override;
     void setDtr(bool on) override;
+    bool deniedToUser() const override { return m_denied; }
 
   private:
     QSerialPort m_port;
     std::string m_deviceName;  // as open() was given it
+    bool m_denied = false;
 };
 
 }  // namespace halvane::app

@@ -9,8 +9,10 @@ namespace halvane {
 ComPortModule::ComPortModule(SharedState& state, SerialPort& port, PortNames& names, Operator& op)
     : m_state(state), m_port(port), m_names(names), m_operator(op) {}
 
-std::string ComPortModule::inUseMessage(int port) {
-    return "Comm Port " + std::to_string(port) + " in use or invalid";
+std::string ComPortModule::inUseMessage(int port, const SerialPort* serial) {
+    std::string text = "Comm Port " + std::to_string(port) + " in use or invalid";
+    if (serial && serial->deniedToUser()) text += std::string("\n") + kPermissionHint;
+    return text;
 }
 
 void ComPortModule::OpenComPort() {
@@ -18,7 +20,7 @@ void ComPortModule::OpenComPort() {
     // Every window shares this one port: already open on this device, it is simply made ready again.
     if (m_port.isOpen() && m_port.deviceName() != device) m_port.close();
     if (device.empty() || (!m_port.isOpen() && !m_port.open(device))) {
-        m_operator.critical(inUseMessage(m_state.ComPort), kAppTitle);
+        m_operator.critical(inUseMessage(m_state.ComPort, &m_port), kAppTitle);
         return;
     }
     m_port.setRts(false);

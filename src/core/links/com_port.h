@@ -23,8 +23,12 @@ class ComPortModule {
     SerialPort& port() { return m_port; }
     PortNames& names() { return m_names; }
 
-    // The text of the failure message for a port number.
-    static std::string inUseMessage(int port);
+    // The text of the failure message for a port number; when `serial` failed to open for want of
+    // permission, a second line says how a user gets it.
+    static std::string inUseMessage(int port, const SerialPort* serial = nullptr);
+    static constexpr const char* kPermissionHint =
+        "This user may not open serial ports: add it to the group dialout (sudo adduser $USER dialout), "
+        "then log in again.";
 
   private:
     SharedState& m_state;

@@ -62,7 +62,7 @@ void PortProbes::launch(TimePoint now) {
         probe.serial = m_newPort ? m_newPort() : nullptr;
         // Opened as the shared port is opened: no handshake lines, nothing left over in either buffer.
         if (!probe.serial || !probe.serial->open(m_names.device(probe.port))) {
-            finish(probe, m_opening == Opening::Told ? ComPortModule::inUseMessage(probe.port) : "");
+            finish(probe, m_opening == Opening::Told ? ComPortModule::inUseMessage(probe.port, probe.serial.get()) : "");
             continue;
         }
         probe.opened = true;

@@ -19,6 +19,8 @@ class SerialPort : public Link {
     virtual void dropOutput() = 0;
     virtual void setRts(bool on) = 0;
     virtual void setDtr(bool on) = 0;
+    // The last open failed because this user may not use the device, not because it is absent or held.
+    virtual bool deniedToUser() const { return false; }
 };
 
 }  // namespace halvane

@@ -26,7 +26,7 @@ RangePort::Opening RangePort::open() {
         return Opening::NotNeeded;
     const std::string device = m_names.device(m_state.ComPort);
     if (device.empty() || !m_port.open(device)) {
-        m_operator.critical(ComPortModule::inUseMessage(m_state.ComPort), kAppTitle);
+        m_operator.critical(ComPortModule::inUseMessage(m_state.ComPort, &m_port), kAppTitle);
         return Opening::Failed;
     }
     m_port.setRts(false);

@@ -31,7 +31,7 @@ bool TargetRadio::open(TimePoint now) {
     if (m_state.RadioUSB) {
         const std::string device = m_names.device(m_state.ComPort);
         if (device.empty() || !m_port.open(device)) {
-            m_operator.critical(ComPortModule::inUseMessage(m_state.ComPort), kAppTitle);
+            m_operator.critical(ComPortModule::inUseMessage(m_state.ComPort, &m_port), kAppTitle);
             return false;
         }
         // Unlike the shared port, both lines are raised and nothing is dropped.
