@@ -65,7 +65,12 @@ constexpr const char* kUsage =
     "                          read is written all the same); 2 for a road hvn.cfg does not offer\n"
     "  scores --clear [--port N | --device PATH] [--wifi HOST:PORT]\n"
     "                          tell every target to clear its score; exit 1 when the carrier cannot\n"
-    "                          be reached\n";
+    "                          be reached\n"
+    "  radio (read | set CHANNEL) (--usb | --target SERIAL) [--port N | --device PATH]\n"
+    "                          read or program the radio channel of the USB radio or of the target\n"
+    "                          with that serial number as the Radio Setup window does, on port N (1\n"
+    "                          unless given), and print Channel=; exit 1 when the port cannot be\n"
+    "                          opened or a read has no reply, 2 when the window refuses the values\n";
 
 int usage() {
     std::cerr << kUsage;
@@ -143,6 +148,10 @@ int main(int argc, char** argv) {
     if (command == "target") {
         const auto options = cli::parseTargetOptions({args.begin() + 1, args.end()});
         return options ? cli::targetCommand(*options, state) : usage();
+    }
+    if (command == "radio") {
+        const auto options = cli::parseRadioOptions({args.begin() + 1, args.end()});
+        return options ? cli::radioCommand(*options, state) : usage();
     }
     if (command == "scores") {
         const auto options = cli::parseScoresOptions({args.begin() + 1, args.end()});

@@ -11,6 +11,7 @@
 #include "authoring/program_setup.h"
 #include "console/setup_dialog.h"
 #include "links/ethernet_setup.h"
+#include "links/radio_setup.h"
 #include "links/wifi_link.h"
 #include "range/range_display.h"
 #include "text/fault.h"
@@ -165,6 +166,7 @@ void Form1::run(std::string_view name) {
         {"M_LiveMode", &Form1::M_LiveMode},
         {"M_LM_SETUP", &Form1::M_LM_SETUP},
         {"M_HitScores", &Form1::M_HitScores},
+        {"M_RadioSetup", &Form1::M_RadioSetup},
     };
     for (const auto& [item, command] : kCommands)
         if (item == name) return guarded(command);
