@@ -82,16 +82,15 @@ RadioSetupView::RadioSetupView(frmRadioSetup& model, QWidget* parent) : QDialog(
     const struct {
         const Control& control;
         const char* name;
-        void (frmRadioSetup::*click)();
-    } commands[] = {{model.Command1, "Command1", &frmRadioSetup::Command1_Click},
-                    {model.Command3, "Command3", &frmRadioSetup::Command3_Click},
-                    {model.Command2, "Command2", &frmRadioSetup::Command2_Click}};
+        std::function<void()> click;
+    } commands[] = {{model.Command1, "Command1", [this] { m_model.Command1_Click(); }},
+                    {model.Command3, "Command3", [this] { m_model.Command3_Click(); }},
+                    {model.Command2, "Command2", [this] { m_model.Command2_Click(); }}};
     for (const auto& command : commands) {
         auto* b = new QPushButton(q(command.control.Caption));
         b->setObjectName(command.name);
         b->setAutoDefault(false);
-        connect(b, &QPushButton::clicked, this,
-                [this, click = command.click] { act([this, click] { (m_model.*click)(); }); });
+        connect(b, &QPushButton::clicked, this, [this, click = command.click] { act(click); });
         buttons->addWidget(b);
     }
     layout->addLayout(buttons);

@@ -67,7 +67,7 @@ void frmSendingRadio::onTime(TimePoint now) {
         // The first tick falls on the moment the line has settled.
         m_nextTick = m_settleAt;
     }
-    if (m_wait.whole() || m_wait.timedOut(now)) endWait(now);
+    if (m_wait.whole() || m_wait.timedOut(now)) endWait();
     if (!m_closed && now >= m_nextTick) tick(now);
 }
 
@@ -110,7 +110,7 @@ void frmSendingRadio::tick(TimePoint now) {
         if (m_nextTick <= now) m_nextTick = now + kTick;
         return;
     }
-    if (m_wait.waiting()) endWait(now);
+    if (m_wait.waiting()) endWait();
     if (m_closed) return;
     if (m_noPort)
         close(Result::NoPort);
@@ -158,7 +158,7 @@ void frmSendingRadio::lm47Frame(TimePoint now) {
     m_wait.start(ReplyWait::Road::Serial, wire::kParameterFrameLength, TimePoint::max());
 }
 
-void frmSendingRadio::endWait(TimePoint) {
+void frmSendingRadio::endWait() {
     const std::string reply = m_wait.reply();
     const bool whole = m_wait.whole();
     m_wait.stop();

@@ -52,7 +52,7 @@ class frmSendingRadio : public Window, public ProgressMachine {
     void usbRead(TimePoint now);
     void lm47Frame(TimePoint now);
     // The reply awaited is whole, or its time is out: the channel it gives, if any.
-    void endWait(TimePoint now);
+    void endWait();
     // Sends bytes; false, with the run stopped, when the line will not take them.
     bool send(const std::string& bytes);
     void dropBoth();
