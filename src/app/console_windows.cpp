@@ -9,12 +9,15 @@
 #include "face_time_dialog.h"
 #include "hit_scores_view.h"
 #include "links/ethernet_setup.h"
+#include "links/radio_setup.h"
+#include "links/sending_radio.h"
 #include "links/transmitter_windows.h"
 #include "links/port_search.h"
 #include "live_mode_view.h"
 #include "platform/window_registry.h"
 #include "port_search_view.h"
 #include "program_setup_dialog.h"
+#include "radio_setup_view.h"
 #include "range/live_mode.h"
 #include "range/range_display.h"
 #include "range/range_running.h"
@@ -60,6 +63,11 @@ void addConsoleWindows(WindowRegistry& registry, Operator& op) {
                                                     frmLM_Send::Label2, parent);
     });
     registry.add<frmCommPorts, PortSearchView>();
+    registry.add<frmRadioSetup, RadioSetupView>();
+    registry.add<frmSendingRadio>([](frmSendingRadio& model, QWidget* parent) {
+        return std::make_unique<TargetTransferView>(model, frmSendingRadio::Caption, model.lblSend_Receive,
+                                                    "", parent);
+    });
     registry.add<FailedBox>([](FailedBox&, QWidget* parent) { return std::make_unique<FailedView>(parent); });
 }
 

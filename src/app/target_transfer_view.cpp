@@ -5,19 +5,18 @@
 #include <QVBoxLayout>
 
 #include "platform/guarded_application.h"
-#include "scores/target_transfer.h"
 
 namespace halvane::app {
 
-TargetTransferView::TargetTransferView(TargetTransfer& model, const char* caption, const char* label1,
-                                       const char* label2, QWidget* parent)
+TargetTransferView::TargetTransferView(ProgressMachine& model, const std::string& caption,
+                                       const std::string& label1, const std::string& label2, QWidget* parent)
     : QDialog(parent), m_model(model) {
-    setWindowTitle(caption);
+    setWindowTitle(QString::fromStdString(caption));
     setObjectName("TargetTransfer");
     setWindowFlag(Qt::WindowCloseButtonHint, false);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(new QLabel(label1));
-    layout->addWidget(new QLabel(label2));
+    for (const std::string& text : {label1, label2})
+        if (!text.empty()) layout->addWidget(new QLabel(QString::fromStdString(text)));
     m_bar = new QProgressBar;
     m_bar->setObjectName("progress");
     m_bar->setFormat("%v of %m");

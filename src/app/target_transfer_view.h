@@ -1,26 +1,25 @@
 #pragma once
-// The view of the two progress windows of the target setup window: their labels and a bar with the
-// step, the transfer kept on the application's timer, and the window gone when the transfer is over.
+// The view of a progress window (the target setup window's two, the radio setup's): its labels and a
+// bar with the step, the window's machine kept on the application's timer, and the window gone when
+// the machine is over.
 
 #include <QDialog>
+#include <string>
 #include <utility>
 
-#include "links/timed_machine.h"
+#include "links/progress_machine.h"
 
 class QLabel;
 class QProgressBar;
-
-namespace halvane {
-class TargetTransfer;
-}  // namespace halvane
 
 namespace halvane::app {
 
 class TargetTransferView : public QDialog, public TimedMachine {
     Q_OBJECT
   public:
-    TargetTransferView(TargetTransfer& model, const char* caption, const char* label1, const char* label2,
-                       QWidget* parent = nullptr);
+    // An empty label is left out.
+    TargetTransferView(ProgressMachine& model, const std::string& caption, const std::string& label1,
+                       const std::string& label2, QWidget* parent = nullptr);
     ~TargetTransferView() override;
 
     // The transfer's deadline, and at once when there is news to show.
@@ -32,7 +31,7 @@ class TargetTransferView : public QDialog, public TimedMachine {
 
   private:
     void showProgress();
-    TargetTransfer& m_model;
+    ProgressMachine& m_model;
     QProgressBar* m_bar;
     QLabel* m_step;
     std::pair<int, int> m_shown{-1, -1};

@@ -125,5 +125,19 @@ int scoresCommand(const ScoresOptions& options, SharedState& state, WorkbookWrit
 // `ports`: the port search as its window runs it, then Finding=, Selected=, ComPort= and Present=; with
 // `save`, OK: exit 1 when no port is selected or hvn.cfg cannot be written.
 int portsCommand(bool save, SharedState& state);
+// What `radio read` and `radio set CHANNEL` name: the USB radio or a target by serial number, and the
+// port of the operation.
+struct RadioOptions {
+    bool set = false;
+    std::string channel;  // the text of the channel box
+    std::string serial;   // --target SERIAL (digits); "" for --usb
+    int port = 1;         // --port N: the window's port box
+    std::string device;   // --device PATH, for that port
+};
+std::optional<RadioOptions> parseRadioOptions(const std::vector<std::string>& args);
+// `radio`: Read From Radio or Program, and the three seconds of the progress window; Channel= and the
+// channel box on stdout. Exit 0; 1 when the port cannot be opened, a read finds no channel or the line
+// fails; 2, with nothing sent, when the window's button refuses.
+int radioCommand(const RadioOptions& options, SharedState& state);
 
 }  // namespace halvane::cli

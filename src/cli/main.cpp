@@ -73,7 +73,12 @@ constexpr const char* kUsage =
     "                          window does, and print Finding= (the window's finding), Selected= (the\n"
     "                          port selected, 0 for none), ComPort= (where the search leaves it) and\n"
     "                          Present= (the ports that exist); --save then presses OK, storing the\n"
-    "                          selected port in hvn.cfg (exit 1 when none is selected)\n";
+    "                          selected port in hvn.cfg (exit 1 when none is selected)\n"
+    "  radio (read | set CHANNEL) (--usb | --target SERIAL) [--port N | --device PATH]\n"
+    "                          read or program the radio channel of the USB radio or of the target\n"
+    "                          with that serial number as the Radio Setup window does, on port N (1\n"
+    "                          unless given), and print Channel=; exit 1 when the port cannot be\n"
+    "                          opened or a read has no reply, 2 when the window refuses the values\n";
 
 int usage() {
     std::cerr << kUsage;
@@ -155,6 +160,10 @@ int main(int argc, char** argv) {
     if (command == "target") {
         const auto options = cli::parseTargetOptions({args.begin() + 1, args.end()});
         return options ? cli::targetCommand(*options, state) : usage();
+    }
+    if (command == "radio") {
+        const auto options = cli::parseRadioOptions({args.begin() + 1, args.end()});
+        return options ? cli::radioCommand(*options, state) : usage();
     }
     if (command == "scores") {
         const auto options = cli::parseScoresOptions({args.begin() + 1, args.end()});

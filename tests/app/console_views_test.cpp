@@ -958,6 +958,58 @@ class HitScoresViewTest : public QObject {
     }
 };
 
+// Radio Setup as the operator meets it: the menu opens one window, the serial box takes digits and goes
+// with the USB radio, a read runs its progress window on the application's timer for three seconds and
+// tells the radio's silence after it, and Close lets the window go.
+class RadioSetupViewTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    void theMenuOpensOneWindowWhoseReadRunsItsProgressWindowThenTellsTheSilence() {
+        SharedState state;
+        app::QtOperator op;
+        halvane::testing::MemoryPositionStore positions;
+        Form1 form(state, op, positions);
+        PullablePort port;
+        port.present.insert(PortNames::defaultDevice(1));
+        PortNames names;
+        ComPortModule comPort(state, port, names, op);
+        form.attachLinks(&comPort, nullptr);
+        form.Load();
+        form.run("M_RadioSetup");
+        form.run("M_RadioSetup");
+        QList<QWidget*> windows;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == "frmRadioSetup" && w->isVisible()) windows << w;
+        QCOMPARE(windows.size(), 1);
+        const QPointer<QWidget> window = windows[0];
+        QCOMPARE(window->windowTitle(), QString("Raido Setup"));
+        auto* serial = window->findChild<QLineEdit*>("txtLMSN");
+        QTest::keyClicks(serial, "18a75");
+        QCOMPARE(serial->text(), QString("1875"));
+        emit window->findChild<QComboBox*>("CmbRadio")->textActivated("USB Radio");
+        QVERIFY(!serial->isVisible());
+
+        QStringList progress;
+        QString told;
+        whenModal([&](QWidget* w) {
+            progress << w->windowTitle();
+            for (auto* label : w->findChildren<QLabel*>()) progress << label->text();
+        });
+        whenUp<QMessageBox>([&](QMessageBox* box) {
+            told = box->text();
+            box->accept();
+        });
+        button(window, "Command3")->click();
+        QCOMPARE(progress.mid(0, 2), QStringList({"Sending", "Receiving data please wait."}));
+        QCOMPARE(told, QString("No reply from the radio"));
+        QCOMPARE(port.written, std::string("+++ATHP\rATCN\r"));
+        QVERIFY(!port.isOpen());
+        button(window, "Command2")->click();
+        QTRY_VERIFY(window.isNull());
+    }
+};
+
 // One application object for all, the console's own, which catches what a handler lets escape.
 int main(int argc, char** argv) {
     app::GuardedApplication application(argc, argv);
@@ -974,10 +1026,11 @@ int main(int argc, char** argv) {
     RangeDisplayViewTest layout;
     TargetSetupViewTest targetSetup;
     HitScoresViewTest hitScores;
+    RadioSetupViewTest radioSetup;
     int failed = 0;
-    for (QObject* test :
-         std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example, &rangeView, &registry,
-                                         &guard, &run, &live, &layout, &targetSetup, &hitScores}) {
+    for (QObject* test : std::initializer_list<QObject*>{&mainWindow, &gridEditing, &dialogs, &example,
+                                                         &rangeView, &registry, &guard, &run, &live, &layout,
+                                                         &targetSetup, &hitScores, &radioSetup}) {
         failed += QTest::qExec(test, argc, argv);
         // Closing the main window ends the application's event loop, and a loop ended so refuses to
         // run again, the modal dialogs' of the next test too, until the application's own loop has

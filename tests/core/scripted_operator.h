@@ -18,6 +18,8 @@
 #include "console/setup_dialog.h"
 #include "links/ethernet_setup.h"
 #include "links/port_search.h"
+#include "links/radio_setup.h"
+#include "links/sending_radio.h"
 #include "links/transmitter_windows.h"
 #include "range/range_display.h"
 #include "scores/hit_scores.h"
@@ -105,6 +107,9 @@ class ScriptedOperator : public Operator {
         knows<frmHitScore_Option>(
             [](frmHitScore_Option&) { return std::string(frmHitScore_Option::Caption); });
         knows<frmCommPorts>([](frmCommPorts&) { return std::string(frmCommPorts::Caption); });
+        knows<frmRadioSetup>([](frmRadioSetup&) { return std::string(frmRadioSetup::Caption); }, false);
+        knows<frmSendingRadio>(
+            [](frmSendingRadio& w) { return std::string(w.Caption) + " " + w.lblSend_Receive; });
         knows<frmPrint>([](frmPrint& d) { return std::string(frmPrint::Caption) + " " + d.Option1.Caption; });
     }
 

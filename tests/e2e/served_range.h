@@ -85,6 +85,13 @@ class Served {
         return letters;
     }
 
+    // The radio channel of each target, slot 1 first.
+    std::vector<int> channels() const {
+        std::vector<int> out;
+        for (const auto& target : m_range.snapshot()) out.push_back(target.channel);
+        return out;
+    }
+
   private:
     sim::Range m_range;
     sim::SimServer m_server;

@@ -11,6 +11,7 @@
 #include "authoring/program_setup.h"
 #include "console/setup_dialog.h"
 #include "links/ethernet_setup.h"
+#include "links/radio_setup.h"
 #include "links/wifi_link.h"
 #include "range/range_display.h"
 #include "text/fault.h"
@@ -166,6 +167,7 @@ void Form1::run(std::string_view name) {
         {"M_LM_SETUP", &Form1::M_LM_SETUP},
         {"M_HitScores", &Form1::M_HitScores},
         {"M_ComPort", &Form1::M_ComPort},
+        {"M_RadioSetup", &Form1::M_RadioSetup},
     };
     for (const auto& [item, command] : kCommands)
         if (item == name) return guarded(command);

@@ -18,6 +18,7 @@ namespace halvane {
 
 class ComPortModule;
 class FrmHitScores;
+class frmRadioSetup;
 class ScorePrinter;
 class WifiLink;
 class WorkbookWriter;
@@ -61,6 +62,7 @@ class Form1 {
     void M_LM_SETUP();
     void M_HitScores();
     void M_ComPort();
+    void M_RadioSetup();
 
     // The device links the window reaches: the shared serial line and the Wi-Fi link. The run and
     // live windows open serial ports of their own, which the platform makes.
@@ -160,6 +162,8 @@ class Form1 {
     std::unique_ptr<ProgramGrid> m_grid;
     // The hit score window lives from its first opening to the end of the program, as the scores do.
     std::unique_ptr<FrmHitScores> m_hitScores;
+    // So does the radio setup window, which keeps the serial number of the last target it split.
+    std::unique_ptr<frmRadioSetup> m_radioSetup;
     WorkbookWriter* m_workbooks = nullptr;
     ScorePrinter* m_printer = nullptr;
     WindowPlacement m_placement;

@@ -2,6 +2,7 @@
 
 #include "console/main_window.h"
 #include "links/com_port.h"
+#include "links/radio_setup.h"
 #include "scores/hit_scores.h"
 #include "scores/target_setup.h"
 

@@ -147,10 +147,15 @@ Value lookupNumber(std::string_view text, Carrier link) {
     return valueOf(*byIndex(6), text, link);
 }
 
+std::optional<SerialTexts> splitSerial(std::string_view digits) {
+    if (digits.empty() || digits.size() > 6) return std::nullopt;
+    const std::string six = std::string(6 - digits.size(), '0') + std::string(digits);
+    return SerialTexts{six.substr(0, 2), six.substr(2, 2), six.substr(4, 2)};
+}
+
 std::optional<SerialTexts> splitSerialTag(std::string_view tag) {
-    if (tag.size() < 3 || tag.size() > 8 || tag.substr(0, 2) != "SN") return std::nullopt;
-    const std::string digits = std::string(8 - tag.size(), '0') + std::string(tag.substr(2));
-    return SerialTexts{digits.substr(0, 2), digits.substr(2, 2), digits.substr(4, 2)};
+    if (tag.size() < 3 || tag.substr(0, 2) != "SN") return std::nullopt;
+    return splitSerial(tag.substr(2));
 }
 
 std::array<std::uint8_t, 3> serialBytes(const SerialTexts& serial) {

@@ -64,11 +64,16 @@ Value lookupNumber(std::string_view text, Carrier link);
 
 // The three serial texts of a target ("12", "34", "56" for 123456).
 using SerialTexts = std::array<std::string, 3>;
-// The serial texts of the setup window's mailbox "SN" and up to six digits, split by length; nothing
-// for any other length.
+// The serial texts of one to six digits, split in pairs from the right ("1875" gives "00", "18", "75");
+// nothing for any other length.
+std::optional<SerialTexts> splitSerial(std::string_view digits);
+// The same of the setup window's mailbox, "SN" and the digits.
 std::optional<SerialTexts> splitSerialTag(std::string_view tag);
 // The three bytes of serial texts, each read as hexadecimal.
 std::array<std::uint8_t, 3> serialBytes(const SerialTexts& serial);
+
+// The target's radio channel: no box of the setup window shows it; the radio setup reads and writes it.
+inline constexpr int kChannelIndex = 0x13;
 
 // The frames as they go on the serial line; on Wi-Fi each goes with a leading zero (wifiFrame).
 std::string lookupFrame(std::uint8_t number);

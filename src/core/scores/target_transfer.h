@@ -12,25 +12,22 @@
 #include "authoring/window.h"
 #include "links/reply_wait.h"
 #include "links/target_parameters.h"
-#include "links/timed_machine.h"
+#include "links/progress_machine.h"
 
 namespace halvane {
 
 class frmLM_Setup;
 
 // What the two share: the setup window and its radio, the clock, and how a transfer stops.
-class TargetTransfer : public Window, public TimedMachine {
+class TargetTransfer : public Window, public ProgressMachine {
   public:
     static constexpr std::chrono::milliseconds kFirstTick{500};
 
     std::optional<TimePoint> nextDeadline() const override;
     void onTime(TimePoint now) override;
     // The window is done: finished, or stopped with the operator told why.
-    bool closed() const { return m_closed; }
+    bool closed() const override { return m_closed; }
     bool stopped() const { return m_stopped; }
-    // Steps done of steps in all, and what is under way, for the window's labels.
-    virtual std::pair<int, int> progress() const = 0;
-    virtual std::string progressText() const = 0;
     // The window goes: its radio stops listening.
     void Unload();
 
