@@ -662,6 +662,29 @@ void attachPullablePorts(Form1& form, PullablePort*& port) {
     });
 }
 
+// The main window on the shared port, present on port 1, with a port factory when a test gives one.
+struct ConsoleOnPort {
+    explicit ConsoleOnPort(Form1::PortFactory newPort = {}) {
+        port.present.insert(PortNames::defaultDevice(1));
+        form.attachLinks(&comPort, nullptr, std::move(newPort));
+        form.Load();
+    }
+    // The visible top-level window of that name, after the menu command `item`.
+    QWidget* open(const char* item, const char* name) {
+        form.run(item);
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->objectName() == name && w->isVisible()) return w;
+        return nullptr;
+    }
+    SharedState state;
+    app::QtOperator op;
+    halvane::testing::MemoryPositionStore positions;
+    Form1 form{state, op, positions};
+    PullablePort port;
+    PortNames names;
+    ComPortModule comPort{state, port, names, op};
+};
+
 QPushButton* button(QWidget* window, const char* name) {
     return window->findChild<QPushButton*>(name);
 }
@@ -871,22 +894,10 @@ class HitScoresViewTest : public QObject {
 
   private slots:
     void theMenuOpensTheGridAndARoundShowsItsProgressUntilEsc() {
-        SharedState state;
-        state.RadioUSB = state.TypeLMSeries = true;
-        state.NumTargets = 4;
-        app::QtOperator op;
-        halvane::testing::MemoryPositionStore positions;
-        Form1 form(state, op, positions);
-        PullablePort port;
-        port.present.insert(PortNames::defaultDevice(1));
-        PortNames names;
-        ComPortModule comPort(state, port, names, op);
-        form.attachLinks(&comPort, nullptr);
-        form.Load();
-        form.run("M_HitScores");
-        QWidget* window = nullptr;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (w->objectName() == "FrmHitScores" && w->isVisible()) window = w;
+        ConsoleOnPort console;
+        console.state.RadioUSB = console.state.TypeLMSeries = true;
+        console.state.NumTargets = 4;
+        QWidget* window = console.open("M_HitScores", "FrmHitScores");
         QVERIFY(window);
         auto* grid = window->findChild<QTableWidget*>("Grid");
         QCOMPARE(grid->rowCount(), 200);
@@ -908,12 +919,6 @@ class HitScoresViewTest : public QObject {
     // while it searches, then offers the ports; OK keeps the radio's port.
     void configureOpensThePortSearchWhichPaintsWhileItAsks() {
         halvane::testing::TempDir dir;
-        SharedState state;
-        state.RadioUSB = state.TypeLMSeries = true;
-        state.ConfigFile = (dir.path() / "hvn.cfg").string();
-        app::QtOperator op;
-        halvane::testing::MemoryPositionStore positions;
-        Form1 form(state, op, positions);
         // Ports 2 and 5 exist; the radio on 5 answers its escape.
         struct RadioPort : halvane::testing::FakeSerialPort {
             RadioPort() { present = {PortNames::defaultDevice(2), PortNames::defaultDevice(5)}; }
@@ -922,15 +927,12 @@ class HitScoresViewTest : public QObject {
                     QTimer::singleShot(20, [this] { receive("OK\r"); });
                 return FakeSerialPort::write(bytes);
             }
-        } shared;
-        PortNames names;
-        ComPortModule comPort(state, shared, names, op);
-        form.attachLinks(&comPort, nullptr, [] { return std::make_unique<RadioPort>(); });
-        form.Load();
-        form.run("M_HitScores");
-        QWidget* scores = nullptr;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (w->objectName() == "FrmHitScores" && w->isVisible()) scores = w;
+        };
+        ConsoleOnPort console([] { return std::make_unique<RadioPort>(); });
+        SharedState& state = console.state;
+        state.RadioUSB = state.TypeLMSeries = true;
+        state.ConfigFile = (dir.path() / "hvn.cfg").string();
+        QWidget* scores = console.open("M_HitScores", "FrmHitScores");
         QVERIFY(scores);
         QString asking, finding;
         QStringList captions;
@@ -966,23 +968,14 @@ class RadioSetupViewTest : public QObject {
 
   private slots:
     void theMenuOpensOneWindowWhoseReadRunsItsProgressWindowThenTellsTheSilence() {
-        SharedState state;
-        app::QtOperator op;
-        halvane::testing::MemoryPositionStore positions;
-        Form1 form(state, op, positions);
-        PullablePort port;
-        port.present.insert(PortNames::defaultDevice(1));
-        PortNames names;
-        ComPortModule comPort(state, port, names, op);
-        form.attachLinks(&comPort, nullptr);
-        form.Load();
-        form.run("M_RadioSetup");
-        form.run("M_RadioSetup");
-        QList<QWidget*> windows;
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (w->objectName() == "frmRadioSetup" && w->isVisible()) windows << w;
-        QCOMPARE(windows.size(), 1);
-        const QPointer<QWidget> window = windows[0];
+        ConsoleOnPort console;
+        PullablePort& port = console.port;
+        console.form.run("M_RadioSetup");
+        const QPointer<QWidget> window = console.open("M_RadioSetup", "frmRadioSetup");
+        QVERIFY(window);
+        int windows = 0;
+        for (QWidget* w : QApplication::topLevelWidgets()) windows += w->objectName() == "frmRadioSetup";
+        QCOMPARE(windows, 1);
         QCOMPARE(window->windowTitle(), QString("Raido Setup"));
         auto* serial = window->findChild<QLineEdit*>("txtLMSN");
         QTest::keyClicks(serial, "18a75");
