@@ -108,8 +108,12 @@ void RadioSetupView::refresh() {
     if (m_channel->currentText() != q(m_model.cmbchannel)) m_channel->setEditText(q(m_model.cmbchannel));
     m_port->setCurrentText(q(m_model.cmbComPort));
     if (m_serial->text() != q(m_model.txtLMSN)) m_serial->setText(q(m_model.txtLMSN));
-    m_serialLabel->setVisible(m_model.lbllmsn.Visible);
-    m_serial->setVisible(m_model.lbllmsn.Visible);
+    // The window closes up around the serial box when it goes, and opens again when it comes back.
+    if (m_serial->isVisibleTo(this) != m_model.lbllmsn.Visible) {
+        m_serialLabel->setVisible(m_model.lbllmsn.Visible);
+        m_serial->setVisible(m_model.lbllmsn.Visible);
+        adjustSize();
+    }
 }
 
 void RadioSetupView::done(int result) {
