@@ -114,7 +114,7 @@ TEST_F(RadioSetup, EachRadioAndOperationSendsAtItsTicksAndReadsTheChannelBack) {
         {"", false, {{1130ms, "A\r"}}, usbRead + "1130 ATCN\r", "11", Result::Done},
         {"", false, {{1130ms, ":\r"}}, usbRead + "1130 ATCN\r", "6", Result::NoReply},
         {"", false, {}, usbRead + "2100 ATCN\r", "6", Result::NoReply},
-        {"", false, {{1130ms, "5"}}, usbRead + "2100 ATCN\r", "5", Result::Done},
+        {"", false, {{1130ms, "5"}}, usbRead + "2100 ATCN\r", "6", Result::NoReply},
         {"1875", true, {}, "200 F6 00 18 75 13 06", "6", Result::Done},
         // A reply before the listening tick counts; the budget ends 1.0 s after that tick, at 1.6 s.
         {"10001", false, {{250ms, reply + "\x05"}}, lm47Read, "5", Result::Done},

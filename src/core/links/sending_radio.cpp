@@ -172,8 +172,8 @@ void frmSendingRadio::endWait() {
         return;
     }
     // The first character's code, its hexadecimal text read as decimal, less 30: "3" (0x33) is 3. A code
-    // with a letter in it is no channel.
-    const std::string code = reply.empty() ? "" : text::Hex(static_cast<std::uint8_t>(reply[0]));
+    // with a letter in it is no channel, and neither is a reply cut short: the reader gives nothing then.
+    const std::string code = whole ? text::Hex(static_cast<std::uint8_t>(reply[0])) : "";
     if (code.empty() || std::any_of(code.begin(), code.end(), [](char c) { return c >= 'A' && c <= 'F'; })) {
         m_message = frmRadioSetup::kNoReply;
     } else {
