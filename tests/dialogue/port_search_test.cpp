@@ -27,6 +27,7 @@ class PortBench {
     struct Socket {
         bool present = false;
         bool refuses = false;  // opens once, but not again
+        bool denied = false;   // this user may not open it
         int opens = 0;
         std::unique_ptr<sim::Device> device;
         std::string heard;  // every byte the device heard
@@ -40,7 +41,8 @@ class PortBench {
         bool open(const std::string& name) override {
             Socket* socket = m_bench.socket(name);
             if (m_socket || !socket || !socket->present || socket->holder) return false;
-            if (socket->refuses && socket->opens > 0) return false;
+            m_denied = socket && socket->denied;
+            if (m_denied || (socket->refuses && socket->opens > 0)) return false;
             m_socket = socket;
             socket->holder = this;
             ++socket->opens;
@@ -62,11 +64,13 @@ class PortBench {
         void dropOutput() override {}
         void setRts(bool) override {}
         void setDtr(bool) override {}
+        bool deniedToUser() const override { return m_denied; }
         using Link::deliver;
 
       private:
         PortBench& m_bench;
         Socket* m_socket = nullptr;
+        bool m_denied = false;
     };
 
     PortBench() {
@@ -181,7 +185,7 @@ TEST(PortSearch, FindsTheDevicesAndAskingAllAtOnceComesToWhatAskingOneByOneDoes)
         const char* what;
         BenchSetup setup;
         std::int16_t comPort;
-        const char* expected;
+        std::string expected;
     } cases[] = {
         {"a radio and a transmitter: the radio is named and selected",
          all({lines({1, 2}), transmitter(3), radio(6)}), 1,
@@ -209,6 +213,16 @@ TEST(PortSearch, FindsTheDevicesAndAskingAllAtOnceComesToWhatAskingOneByOneDoes)
          1,
          "ver=0 ok=2 com=2 label='Radio Found on Com Port  2' selected=2 enabled=0100000100000000 "
          "heard2=?\r\n+++ATCN\r\n heard8=?\r\n | tell: Halvane: Comm Port 8 in use or invalid"},
+        {"a port this user may not open is absent, and the operator is told how to get the permission",
+         [](PortBench& b, sim::Range&) {
+             b.line(4);
+             b.sockets[4].denied = true;
+         },
+         1,
+         "ver=0 ok=0 com=1 label='' selected=1 enabled=0000000000000000 | tell: Halvane: Comm Port 4 in use "
+         "or "
+         "invalid\n" +
+             std::string(ComPortModule::kPermissionHint)},
     };
     for (const auto& c : cases) {
         const std::string oneByOne = searchOutcome(c.setup, c.comPort, 1);

@@ -62,7 +62,12 @@ void PortProbes::launch(TimePoint now) {
         probe.serial = m_newPort ? m_newPort() : nullptr;
         // Opened as the shared port is opened: no handshake lines, nothing left over in either buffer.
         if (!probe.serial || !probe.serial->open(m_names.device(probe.port))) {
-            finish(probe, m_opening == Opening::Told ? ComPortModule::inUseMessage(probe.port, probe.serial.get()) : "");
+            // An absent port is no news to the scan, but one this user may not open is: the operator
+            // would otherwise look for devices that are there.
+            const bool denied = probe.serial && probe.serial->deniedToUser();
+            finish(probe, m_opening == Opening::Told || denied
+                              ? ComPortModule::inUseMessage(probe.port, probe.serial.get())
+                              : "");
             continue;
         }
         probe.opened = true;
