@@ -76,9 +76,10 @@ int main(int argc, char** argv) {
 
     app::QtOperator op;
     app::SettingsPositionStore positions;
+    // Beside the program, then where the package installs it, then the source tree of a build-tree run.
     ManualLocations manuals{{(exeDir / "hvn.doc").string(),
-                             (exeDir / "../share/doc/halvane/manual.html").string(),
-                             (exeDir / "../docs/manual.html").string()}};
+                             (exeDir / "../share/doc/halvane/manual.html").lexically_normal().string(),
+                             HALVANE_SOURCE_MANUAL}};
     Form1 form(state, op, positions, manuals);
     app::ConsoleLinks links(state, op);
     form.attachLinks(&links.comPort(), &links.wifi(), &app::ConsoleLinks::newWindowPort);
