@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -112,6 +113,7 @@ void RadioSetupView::refresh() {
     if (m_serial->isVisibleTo(this) != m_model.lbllmsn.Visible) {
         m_serialLabel->setVisible(m_model.lbllmsn.Visible);
         m_serial->setVisible(m_model.lbllmsn.Visible);
+        layout()->activate();
         adjustSize();
     }
 }

@@ -11,7 +11,8 @@ void ConsoleOperator::tell(const std::string& text, const std::string& title) {
 }
 
 Answer ConsoleOperator::ask(const std::string& text, const std::string& title, Buttons) {
-    m_err << title << ": " << text << ' ' << (m_answer == Answer::Yes ? "Yes" : "No") << '\n';
+    static constexpr const char* kWords[] = {"OK", "Yes", "No", "Cancel"};
+    m_err << title << ": " << text << ' ' << kWords[static_cast<int>(m_answer)] << '\n';
     return m_answer;
 }
 

@@ -97,6 +97,7 @@ TEST(CliScores, RefusalsFailuresAndTheClearFrame) {
     const auto [cleared, status] =
         scores(scratch, "USB-Radio=True\r\n", {"--clear", "--device", radio.radio()});
     EXPECT_EQ(status, 0) << cleared;
+    EXPECT_NE(cleared.find("Clear Scores from Targets? OK\n"), std::string::npos) << "the answer it gave: " << cleared;
     EXPECT_EQ(radio.bytes(2), "\xFB\xE7");
 }
 
