@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "console/main_window.h"
+#include "fake_links.h"
+#include "links/com_port.h"
+#include "links/radio_setup.h"
 #include "scripted_operator.h"
 #include "temp_dir.h"
 
@@ -296,6 +299,41 @@ TEST_F(MainWindow, ManualOpensTheFirstFileThatExistsAndAboutShowsTheVersion) {
 
     form.M_About();
     EXPECT_EQ(op.log.back(), "show: About Halvane Version " HALVANE_VERSION);
+}
+
+// The port search and the radio setup take the shared port over; while the hit score window reads
+// scores over it, they wait, and the operator is told why.
+TEST(SharedPort, WhatTakesTheSharedPortOverWaitsWhileTheHitScoreWindowReads) {
+    testing::Console w;
+    w.state.RadioUSB = w.state.TypeLMSeries = true;
+    w.state.NumTargets = 2;
+    testing::FakeSerialPort port;
+    port.present = {PortNames::defaultDevice(1)};
+    PortNames names;
+    ComPortModule comPort(w.state, port, names, w.op);
+    w.form.attachLinks(&comPort, nullptr);
+    w.form.Load();
+    w.form.run("M_HitScores");
+    auto* scores = dynamic_cast<FrmHitScores*>(w.op.lastShown);
+    ASSERT_TRUE(scores);
+    scores->CmdDownload_Click(SteadyClock::now());
+    ASSERT_TRUE(scores->busy());
+    w.form.run("M_RadioSetup");
+    auto* radio = dynamic_cast<frmRadioSetup*>(w.op.lastShown);
+    ASSERT_TRUE(radio);
+    w.op.log.clear();
+    port.written.clear();
+    scores->portSearch();
+    radio->txtLMSN = "1875";
+    radio->Command3_Click();
+    const std::string told =
+        "tell: Halvane: The hit score window is reading scores; wait for it to finish, or press "
+        "Esc there, before ";
+    EXPECT_EQ(w.op.log,
+              (std::vector<std::string>{told + "searching the ports.", told + "setting radio channels."}));
+    EXPECT_TRUE(port.written.empty() && port.isOpen());
+    scores->Escape();
+    scores->Unload();
 }
 
 }  // namespace

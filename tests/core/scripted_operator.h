@@ -36,6 +36,7 @@ class ScriptedOperator : public Operator {
     std::deque<std::optional<ChosenFile>> files;
     std::deque<std::optional<std::string>> inputs;
     std::vector<std::string> opened;
+    halvane::Window* lastShown = nullptr;  // a modeless window stays reachable through it
 
     void tell(const std::string& text, const std::string& title) override {
         log.push_back("tell: " + title + ": " + text);
@@ -59,6 +60,7 @@ class ScriptedOperator : public Operator {
     void openDocument(const std::string& path) override { opened.push_back(path); }
     // A window is answered by its type: the next script of that type runs on it, and the log names it.
     void show(halvane::Window& window, Modality modality) override {
+        lastShown = &window;
         const auto known = m_windows.find(typeid(window));
         if (known == m_windows.end())
             throw std::logic_error(std::string("unknown window ") + typeid(window).name());
@@ -106,6 +108,7 @@ class ScriptedOperator : public Operator {
         knows<frmLM_Send>([](frmLM_Send&) { return std::string(frmLM_Send::Caption); });
         knows<frmHitScore_Option>(
             [](frmHitScore_Option&) { return std::string(frmHitScore_Option::Caption); });
+        knows<FrmHitScores>([](FrmHitScores&) { return std::string(FrmHitScores::Caption); }, false);
         knows<frmCommPorts>([](frmCommPorts&) { return std::string(frmCommPorts::Caption); });
         knows<frmRadioSetup>([](frmRadioSetup&) { return std::string(frmRadioSetup::Caption); }, false);
         knows<frmSendingRadio>(

@@ -125,6 +125,9 @@ class Form1 {
     bool SaveProgram();
     void ClearSelectionRows();
     void setProgramMenusEnabled(bool enabled);
+    // True, with the operator told, when the hit score window is using the shared port, which `what`
+    // (an operation that takes the port over) would close under it.
+    bool sharedPortBusy(const std::string& what);
     SharedState& state() { return m_state; }
     // A message box or a question with the application's title.
     void tell(const std::string& text) { m_operator.tell(text, "Halvane"); }

@@ -1,4 +1,5 @@
-// The main window's port search, also reached from the hit score window's Configure menu.
+// The main window's port search, also reached from the hit score window's Configure menu, and the guard of
+// the operations that take the shared port over.
 
 #include "authoring/about_box.h"
 #include "console/main_window.h"
@@ -8,16 +9,18 @@
 
 namespace halvane {
 
+bool Form1::sharedPortBusy(const std::string& what) {
+    if (!m_hitScores || !m_hitScores->busy()) return false;
+    m_operator.tell(
+        "The hit score window is reading scores; wait for it to finish, or press Esc there, before " + what +
+            ".",
+        kAppTitle);
+    return true;
+}
+
 void Form1::M_ComPort() {
-    if (!m_comPort) return;
     // The search closes the shared port, which a download in the hit score window may be using.
-    if (m_hitScores && m_hitScores->busy()) {
-        m_operator.tell(
-            "The hit score window is reading scores; wait for it to finish, or press Esc there, "
-            "before searching the ports.",
-            kAppTitle);
-        return;
-    }
+    if (!m_comPort || sharedPortBusy("searching the ports")) return;
     frmCommPorts window(m_state, *m_comPort, m_newPort, m_operator);
     window.Load(SteadyClock::now());
     m_operator.show(window);

@@ -10,7 +10,10 @@ namespace halvane {
 // Close it loads afresh.
 void Form1::M_RadioSetup() {
     if (!m_comPort) return;
-    if (!m_radioSetup) m_radioSetup = std::make_unique<frmRadioSetup>(m_state, *m_comPort, m_operator);
+    if (!m_radioSetup) {
+        m_radioSetup = std::make_unique<frmRadioSetup>(m_state, *m_comPort, m_operator);
+        m_radioSetup->sharedPortBusy = [this](const std::string& what) { return sharedPortBusy(what); };
+    }
     if (m_radioSetup->closed()) m_radioSetup->Load();
     m_operator.show(*m_radioSetup, Modality::Modeless);
 }

@@ -85,6 +85,11 @@ void frmRadioSetup::Command3_Click() {
 }
 
 void frmRadioSetup::run(const char* tag) {
+    // The operation takes the shared port over, which another window may be using this moment.
+    if (sharedPortBusy && sharedPortBusy("setting radio channels")) {
+        m_result = Result::Refused;
+        return;
+    }
     Tag = tag;
     frmSendingRadio window(*this);
     window.Load(m_clock());

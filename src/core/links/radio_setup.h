@@ -81,6 +81,10 @@ class frmRadioSetup : public Window {
     SharedState& state() { return m_state; }
     ComPortModule& comPort() { return m_comPort; }
     bool lm47() const { return CmbRadio == kLM47; }
+    // Asked before an operation takes the shared port over: true, with the operator told, when another
+    // window is using it. `what` names the operation for the message.
+    std::function<bool(const std::string& what)> sharedPortBusy;
+
     // The channel byte of the LM47 write frame: the numeric value of the text, when it is a whole 0..255.
     static std::optional<std::uint8_t> channelByte(const std::string& text);
 
