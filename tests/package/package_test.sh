@@ -18,7 +18,8 @@ root=$scratch/root
 for f in usr/bin/halvane usr/bin/halvane-cli usr/bin/halvane-sim \
   usr/share/applications/halvane.desktop usr/share/icons/hicolor/scalable/apps/halvane.svg \
   usr/share/doc/halvane/manual.html usr/share/doc/halvane/copyright \
-  usr/share/man/man1/halvane-cli.1.gz usr/share/man/man1/halvane-sim.1.gz; do
+  usr/share/man/man1/halvane.1.gz usr/share/man/man1/halvane-cli.1.gz usr/share/man/man1/halvane-sim.1.gz \
+  usr/share/doc/halvane/changelog.gz; do
   [ -s "$root/$f" ] || fail "missing /$f"
 done
 # Settings belong to the user: the package ships none.
