@@ -21,6 +21,9 @@ ProgramTableView::ProgramTableView(QWidget* parent) : QTableView(parent), m_mode
     setSelectionMode(QAbstractItemView::NoSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setCornerButtonEnabled(false);
+    // The table follows the current cell when the operator moves it by key, not when a Program is
+    // opened with its current cell on its last second: that one is shown from its first.
+    setAutoScroll(false);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -84,6 +87,7 @@ void ProgramTableView::keyPressEvent(QKeyEvent* event) {
     for (const auto& [key, code] : kKeys)
         if (event->key() == key) {
             emit gridKeyDown(code, shiftCode(event->modifiers()));
+            if (currentIndex().isValid()) scrollTo(currentIndex());
             return;
         }
     QTableView::keyPressEvent(event);

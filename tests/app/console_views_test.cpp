@@ -94,6 +94,28 @@ class MainWindowViewTest : public QObject {
         QCOMPARE(view.windowTitle(), QString("Halvane"));
     }
 
+    // A Program opens at its first second, though the load leaves its current cell on the last; the
+    // keys then move the current cell, and the table follows it.
+    void aProgramOpensAtItsFirstSecondAndTheTableFollowsTheKeys() {
+        halvane::testing::TempDir dir;
+        const std::string program = (dir.path() / "long.hvn").string();
+        std::string text = "\"Target\",2\r\n\"Groups\",\"0\"\r\n\"Seconds\",100\r\n";
+        for (int cell = 0; cell < 2 * 101; ++cell) text += "\"Friend\"\r\n";
+        std::ofstream(program, std::ios::binary) << text;
+        halvane::testing::Console w;
+        app::MainWindowView view(w.form);
+        view.resize(900, 400);
+        view.show();
+        w.op.files = {ChosenFile{program, "long.hvn"}};
+        view.runCommand("M_Open");
+        QCOMPARE(w.form.grid()->Row(), 100);
+        QCOMPARE(view.table()->verticalScrollBar()->value(), 0);
+        view.table()->setFocus();
+        QTest::keyClick(view.table(), Qt::Key_End, Qt::ControlModifier);
+        QVERIFY(view.table()->verticalScrollBar()->value() > 0);
+        QCOMPARE(view.table()->verticalScrollBar()->value(), view.table()->verticalScrollBar()->maximum());
+    }
+
     void openShowsTheProgramWithColoursAndMergedPauseRow() {
         halvane::testing::Console w;
         app::MainWindowView view(w.form);
