@@ -1,14 +1,13 @@
-// halvane-cli ports against the simulated transmitter and radio on two pseudo-terminals among sixteen
+// halvane-cli ports against halvane-sim's transmitter and radio on two pseudo-terminals among sixteen
 // port names: the search names both, --save stores the radio's port, and each device hears its two
 // questions.
-#ifdef HALVANE_CLI_BINARY
+#if defined(HALVANE_CLI_BINARY) && defined(HALVANE_SIM_BINARY)
 #include <gtest/gtest.h>
 
 #include <fstream>
 
 #include "authoring/profile_file.h"
 #include "e2e_support.h"
-#include "served_range.h"
 
 namespace halvane::e2e {
 namespace {
@@ -17,8 +16,12 @@ using namespace std::string_literals;
 
 TEST(CliPorts, FindsTheTransmitterAndTheRadioAndSavesTheRadiosPort) {
     ScratchDir scratch;
-    Served served;
-    const auto [transmitter, radio] = served.transmitterAndRadio();
+    // The simulator's own program, its two serial devices linked into the scratch folder.
+    SimProcess sim({"--link", scratch.path().string(), "--targets", "2", "--device", "transmitter",
+                    "--device", "radio"});
+    sim.addresses();
+    const std::string transmitter = (scratch.path() / "transmitter").string();
+    const std::string radio = (scratch.path() / "radio").string();
     const auto config = scratch.path() / "hvn.cfg";
     {
         std::ofstream out(config);
@@ -38,8 +41,8 @@ TEST(CliPorts, FindsTheTransmitterAndTheRadioAndSavesTheRadiosPort) {
     const auto took = std::chrono::steady_clock::now() - started;
     EXPECT_EQ(output, "Finding=Radio Found on Com Port  11\nSelected=11\nComPort=4\nPresent=4,11\n");
     EXPECT_EQ(ReadIni(config, "Settings", "ComPort"), "11");
-    EXPECT_EQ(served.bytesTo("transmitter"), "?\r\n+++");
-    EXPECT_EQ(served.bytesTo("radio"), "?\r\n+++ATCN\r\n");
+    EXPECT_EQ(sim.heardBy("transmitter"), "?\r\n+++");
+    EXPECT_EQ(sim.heardBy("radio"), "?\r\n+++ATCN\r\n");
     // Half a second of Timer1, then both questions to both ports at once.
     EXPECT_LT(took, 2500ms);
 

@@ -16,6 +16,8 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -99,5 +101,44 @@ class ChildProcess {
     pid_t m_pid = -1;
     UniqueFd m_out;
 };
+
+#ifdef HALVANE_SIM_BINARY
+// halvane-sim started with its output on a pipe.
+class SimProcess : public ChildProcess {
+  public:
+    explicit SimProcess(std::vector<std::string> args) : ChildProcess(HALVANE_SIM_BINARY, std::move(args)) {}
+    // The NAME=VALUE lines printed up to and including the Wi-Fi address.
+    std::map<std::string, std::string> addresses() {
+        std::string text;
+        while (text.find("wifi=") == std::string::npos || text.back() != '\n') {
+            const auto more = readFor(output(), 1);
+            if (more.empty()) break;
+            text += more;
+        }
+        std::map<std::string, std::string> lines;
+        std::istringstream in(text);
+        for (std::string line; std::getline(in, line);)
+            lines[line.substr(0, line.find('='))] = line.substr(line.find('=') + 1);
+        return lines;
+    }
+    // What the console sent `device`, from the log the program printed within `within`.
+    std::string heardBy(const std::string& device, std::chrono::milliseconds within = 300ms) {
+        m_log += readFor(output(), 1 << 16, within);
+        std::istringstream in(m_log);
+        std::string bytes;
+        for (std::string line; std::getline(in, line);) {
+            std::istringstream words(line);
+            std::string at, name, direction, hex;
+            words >> at >> name >> direction;
+            if (name != device || direction != "in") continue;
+            while (words >> hex) bytes.push_back(static_cast<char>(std::stoi(hex, nullptr, 16)));
+        }
+        return bytes;
+    }
+
+  private:
+    std::string m_log;
+};
+#endif
 
 }  // namespace halvane::e2e

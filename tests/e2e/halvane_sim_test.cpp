@@ -2,33 +2,10 @@
 // and a clean end on SIGTERM. Built only where the program is.
 #ifdef HALVANE_SIM_BINARY
 #include <gtest/gtest.h>
-#include <map>
-#include <sstream>
-
 #include "e2e_support.h"
 
 namespace halvane::e2e {
 namespace {
-
-// halvane-sim started with its output on a pipe.
-class SimProcess : public ChildProcess {
-  public:
-    explicit SimProcess(std::vector<std::string> args) : ChildProcess(HALVANE_SIM_BINARY, std::move(args)) {}
-    // The NAME=VALUE lines printed up to and including the Wi-Fi address.
-    std::map<std::string, std::string> addresses() {
-        std::string text;
-        while (text.find("wifi=") == std::string::npos || text.back() != '\n') {
-            const auto more = readFor(output(), 1);
-            if (more.empty()) break;
-            text += more;
-        }
-        std::map<std::string, std::string> lines;
-        std::istringstream in(text);
-        for (std::string line; std::getline(in, line);)
-            lines[line.substr(0, line.find('='))] = line.substr(line.find('=') + 1);
-        return lines;
-    }
-};
 
 // Real line time by default: the probe up to its CR (2 bytes) and the 10 bytes of the answer take
 // 12.5 ms at 9600 baud.

@@ -38,21 +38,6 @@ class Served {
         m_serving = std::thread([this] { m_server.run(); });
         return path;
     }
-    // The transmitter and the radio, each on a pty: their paths.
-    std::pair<std::string, std::string> transmitterAndRadio() {
-        auto paths = std::pair(m_server.addPty("transmitter", sim::makeTransmitter(m_range, {})),
-                               m_server.addPty("radio", sim::makeRadioModem(m_range, {})));
-        m_serving = std::thread([this] { m_server.run(); });
-        return paths;
-    }
-    // What the console sent the device `name`, after a moment for the server to read it.
-    std::string bytesTo(const std::string& name) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        std::string all;
-        for (const auto& chunk : chunks())
-            if (chunk.device == name) all += chunk.bytes;
-        return all;
-    }
     // The operator registers `count` hits on the target in `slot`.
     void hit(int slot, int count) {
         for (int i = 0; i < count; ++i) m_range.addHit(slot);
